@@ -1,0 +1,3 @@
+#include "support/KrsLibraryLoad.h"
+
+void KrGeInitContext() {}

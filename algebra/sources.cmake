@@ -1,0 +1,3 @@
+list(APPEND KRGEL_SOURCES
+  algebra/KrGeContext.cpp
+)

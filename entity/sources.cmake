@@ -1,0 +1,2 @@
+list(APPEND KRGEL_SOURCES
+)

@@ -1,0 +1,144 @@
+// The report senders and the process-wide switch words.
+#include "KrsDiagnostics.h"
+#include "KrsStringW.h"
+
+#include "support/KrsMonitor.h"
+#include "support/KrsPlatform.h"
+#include "support/KrsSettings.h"
+
+#include <cstddef>
+
+namespace {
+
+constexpr unsigned kKindCheck = 0x08040000;
+constexpr unsigned kKindText = 0x0C080000;
+constexpr unsigned kCodeCheck = 190;
+constexpr unsigned kCodeNotice = 25790;
+
+constexpr std::size_t kWideChars = KrsStringW::kMaxFormatted;
+
+enum class AssertState { kUnknown, kOff, kOn };
+AssertState g_assertState = AssertState::kUnknown;
+bool g_switchesRead = false;
+unsigned g_arraySwitches = 0;
+bool g_warningsEnabled = true;
+
+int readSwitch(const char* key) {
+  char path[2048];
+  if (!KrsSettings::settingsPath(path, sizeof path)) return 0;
+  return KrsSettings::readProfileInt(path, "lw", key, 0);
+}
+
+// Narrow texts are taken as UTF-8; a byte that does not decode stands for itself (Latin-1).
+void widen(const char* text, wchar_t* out, std::size_t capacity) {
+  std::size_t n = 0;
+  const auto* s = reinterpret_cast<const unsigned char*>(text ? text : "");
+  while (*s && n + 1 < capacity) {
+    unsigned long cp = *s;
+    int extra = cp >= 0xF0 && cp < 0xF8 ? 3 : cp >= 0xE0 ? 2 : cp >= 0xC0 ? 1 : 0;
+    if (cp >= 0xF8) extra = 0;
+    bool valid = extra > 0;
+    for (int k = 1; valid && k <= extra; ++k) valid = (s[k] & 0xC0) == 0x80;
+    if (valid) {
+      cp &= 0x3Fu >> extra;
+      for (int k = 1; k <= extra; ++k) cp = (cp << 6) | (s[k] & 0x3F);
+      s += extra + 1;
+    } else {
+      ++s;
+    }
+    if (sizeof(wchar_t) == 2 && cp >= 0x10000) {
+      if (n + 2 >= capacity) break;
+      cp -= 0x10000;
+      out[n++] = static_cast<wchar_t>(0xD800 + (cp >> 10));
+      cp = 0xDC00 + (cp & 0x3FF);
+    }
+    out[n++] = static_cast<wchar_t>(cp);
+  }
+  out[n] = L'\0';
+}
+
+bool sendText(KrsMonitor::Channel channel, const KrsStringW& text, const char* source, int line, unsigned kind,
+              unsigned code) {
+  return KrsMonitor::send(channel, text.GetString(), source, line, kind, code);
+}
+
+}  // namespace
+
+bool KrsQueryAssertState() {
+  if (g_assertState == AssertState::kUnknown) {
+    g_assertState = AssertState::kOff;
+    KrsPlatform::MonitorAddress monitor;
+    if (KrsPlatform::findMonitor(monitor) && readSwitch("krsassert") != 0) g_assertState = AssertState::kOn;
+  }
+  return g_assertState == AssertState::kOn;
+}
+
+unsigned KrsQueryArraySwitches() {
+  if (!g_switchesRead) {
+    g_switchesRead = true;  // a failed read leaves every bit clear for good
+    unsigned bits = 0;
+    if (readSwitch("JumpArrOnAdd") != 0) bits |= kKrsJumpArrOnAdd;
+    if (readSwitch("JumpArrOnRemove") != 0) bits |= kKrsJumpArrOnRemove;
+    if (readSwitch("DefecateMem") != 0) bits |= kKrsDefecateMem;
+    g_arraySwitches = bits;
+  }
+  return g_arraySwitches;
+}
+
+void KrsSetWarningsEnabled(bool enabled) { g_warningsEnabled = enabled; }
+bool KrsWarningsEnabled() { return g_warningsEnabled; }
+
+bool KrsReportAssertion(const char* expressionText, const char* source, int line) {
+  if (!KrsMonitor::available(KrsMonitor::kAssertChannel)) return false;
+  wchar_t expression[kWideChars], file[kWideChars];
+  widen(expressionText, expression, kWideChars);
+  widen(source, file, kWideChars);
+  KrsStringW text;
+  text.Format(L"KrsAssertion failed;\r\nExpression: '%s'\r\nFile: '%s; Line: %d;\nDebug?", expression, file, line);
+  return sendText(KrsMonitor::kAssertChannel, text, source, line, kKindCheck, kCodeCheck);
+}
+
+bool KrsReportWarning(const wchar_t* message, const char* source, int line) {
+  if (!g_warningsEnabled || !KrsMonitor::available(KrsMonitor::kTextChannel)) return false;
+  KrsStringW text;
+  text.Format(L"WARNING '%s'", message ? message : L"");
+  return sendText(KrsMonitor::kTextChannel, text, source, line, kKindText, kCodeNotice);
+}
+
+bool KrsReportWarningA(const char* message, const char* source, int line) {
+  if (!g_warningsEnabled || !KrsMonitor::available(KrsMonitor::kTextChannel)) return false;
+  wchar_t wide[kWideChars];
+  widen(message, wide, kWideChars);
+  return KrsReportWarning(wide, source, line);
+}
+
+bool KrsReportError(unsigned code, const char* message, const char* source, int line) {
+  if (!KrsMonitor::available(KrsMonitor::kTextChannel)) return false;
+  wchar_t wide[kWideChars];
+  widen(message, wide, kWideChars);
+  KrsStringW text;
+  text.Format(L"ERROR(%X) '%s'", code, wide);
+  return sendText(KrsMonitor::kTextChannel, text, source, line, kKindText, kCodeCheck);
+}
+
+bool KrsReportOutOfMemory(const char* source, int line) {
+  if (!KrsMonitor::available(KrsMonitor::kErrorChannel)) return false;
+  return sendText(KrsMonitor::kErrorChannel, KrsStringW(L"E_CHECK_OUT_OF_MEMORY", nullptr), source, line, kKindCheck,
+                  kCodeCheck);
+}
+
+bool KrsReportSelfInsert(const char* message, const char* source, int line) {
+  if (!KrsMonitor::available(KrsMonitor::kErrorChannel)) return false;
+  wchar_t wide[kWideChars];
+  widen(message, wide, kWideChars);
+  return sendText(KrsMonitor::kErrorChannel, KrsStringW(wide, nullptr), source, line, kKindCheck, kCodeNotice);
+}
+
+bool KrsReportNotTested(const char* signature, const char* source, int line) {
+  if (!KrsMonitor::available(KrsMonitor::kTextChannel)) return false;
+  wchar_t wide[kWideChars];
+  widen(signature, wide, kWideChars);
+  KrsStringW text;
+  text.Format(L"AUTOTEST not passed for \"%s\"", wide);
+  return sendText(KrsMonitor::kTextChannel, text, source, line, kKindCheck, kCodeNotice);
+}

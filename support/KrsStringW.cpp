@@ -1,0 +1,108 @@
+#include "KrsStringW.h"
+
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <new>
+
+namespace {
+
+wchar_t g_emptyText[1] = {L'\0'};
+
+// The C library's wide printf reads "%s" and "%c" as narrow arguments on POSIX systems; the
+// library's formats mean wide ones (and "%hs" / "%hc" narrow ones). Rewrite the conversions so
+// the same format text means the same thing everywhere.
+void portableFormat(const wchar_t* format, wchar_t* out, std::size_t capacity) {
+  std::size_t n = 0;
+  auto put = [&](wchar_t c) {
+    if (n + 1 < capacity) out[n++] = c;
+  };
+  for (const wchar_t* p = format; *p;) {
+    if (*p != L'%') {
+      put(*p++);
+      continue;
+    }
+    put(*p++);
+    if (*p == L'%') {
+      put(*p++);
+      continue;
+    }
+    while (*p && std::wcschr(L"-+ #0123456789.*", *p)) put(*p++);
+    bool narrow = false, wide = false;
+    if (*p == L'h' && (p[1] == L's' || p[1] == L'c')) {
+      narrow = true;
+      ++p;
+    } else if (*p == L'l' && (p[1] == L's' || p[1] == L'c')) {
+      wide = true;
+      ++p;
+    }
+    if (*p == L's' || *p == L'c') {
+      if (!narrow || wide) put(L'l');
+    } else if (*p == L'S' || *p == L'C') {  // the opposite width, narrow here
+      put(*p == L'S' ? L's' : L'c');
+      ++p;
+      continue;
+    }
+    if (*p) put(*p++);
+  }
+  out[n] = L'\0';
+}
+
+}  // namespace
+
+KrsStringW::KrsStringW() : m_text(g_emptyText), m_length(0) {}
+
+KrsStringW::KrsStringW(const KrsStringW& other) : KrsStringW() { assign(other.m_text, other.m_length); }
+
+KrsStringW::KrsStringW(const wchar_t* text, void* /*instance*/) : KrsStringW() {
+  if (text) assign(text, static_cast<int>(std::wcslen(text)));
+}
+
+KrsStringW::~KrsStringW() {
+  if (m_text != g_emptyText) std::free(m_text);
+}
+
+KrsStringW& KrsStringW::operator=(const KrsStringW& other) {
+  if (this != &other) assign(other.m_text, other.m_length);
+  return *this;
+}
+
+void KrsStringW::assign(const wchar_t* text, int length) {
+  if (length <= 0) {
+    if (m_text != g_emptyText) std::free(m_text);
+    m_text = g_emptyText;
+    m_length = 0;
+    return;
+  }
+  auto* copy = static_cast<wchar_t*>(std::malloc((static_cast<std::size_t>(length) + 1) * sizeof(wchar_t)));
+  if (!copy) return;  // keep the present text
+  std::memcpy(copy, text, static_cast<std::size_t>(length) * sizeof(wchar_t));
+  copy[length] = L'\0';
+  if (m_text != g_emptyText) std::free(m_text);
+  m_text = copy;
+  m_length = length;
+}
+
+void KrsStringW::Format(const wchar_t* format, ...) {
+  if (!format) {
+    assign(nullptr, 0);
+    return;
+  }
+  wchar_t portable[kMaxFormatted * 2];
+  portableFormat(format, portable, sizeof portable / sizeof portable[0]);
+  wchar_t buffer[kMaxFormatted];
+  buffer[0] = L'\0';
+  std::va_list args;
+  va_start(args, format);
+  std::vswprintf(buffer, kMaxFormatted, portable, args);
+  va_end(args);
+  // On overflow the C library may leave the buffer unterminated: keep the first 2047 characters.
+  buffer[kMaxFormatted - 1] = L'\0';
+  assign(buffer, static_cast<int>(std::wcslen(buffer)));
+}
+
+const KrsStringW& KrsGetEmptyStringW() {
+  static const KrsStringW empty;
+  return empty;
+}

@@ -1,0 +1,140 @@
+#include "testkit/MonitorCapture.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "KrsDiagnostics.h"
+
+namespace testkit {
+namespace {
+
+constexpr const char* kFdVariable = "KRGEL_TEST_MONITOR_FD";
+
+int monitorFd() {
+  static int fd = [] {
+    const char* text = std::getenv(kFdVariable);
+    return text ? std::atoi(text) : -1;
+  }();
+  return fd;
+}
+
+std::vector<std::string>& pendingLines() {
+  static std::vector<std::string> lines;
+  return lines;
+}
+
+std::uint32_t word(const unsigned char* at) {
+  return at[0] | (at[1] << 8) | (at[2] << 16) | (static_cast<std::uint32_t>(at[3]) << 24);
+}
+
+std::vector<Record> receive() {
+  std::vector<Record> records;
+  const int fd = monitorFd();
+  if (fd < 0) return records;
+  static unsigned char buffer[1 << 16];
+  for (;;) {
+    const ssize_t size = recv(fd, buffer, sizeof buffer, MSG_DONTWAIT);
+    if (size < 0) break;
+    if (size >= 56 && word(buffer) == 0x5001) {
+      const unsigned char* f = buffer + 8;
+      const auto* payload = reinterpret_cast<const char*>(buffer + 56);
+      Record r;
+      r.processId = word(f + 0);
+      r.threadId = word(f + 4);
+      r.message.assign(payload + word(f + 12), word(f + 8));
+      r.source.assign(payload + word(f + 20), word(f + 16));
+      r.line = word(f + 24);
+      r.kind = word(f + 28);
+      r.code = word(f + 32);
+      r.executable.assign(payload + word(f + 36), word(f + 40));
+      r.magic = word(f + 44);
+      records.push_back(r);
+    } else {
+      pendingLines().emplace_back(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(size));
+    }
+  }
+  return records;
+}
+
+bool copyFile(const char* from, const std::string& to) {
+  FILE* in = std::fopen(from, "rb");
+  if (!in) return false;
+  FILE* out = std::fopen(to.c_str(), "wb");
+  if (!out) {
+    std::fclose(in);
+    return false;
+  }
+  char chunk[1 << 16];
+  std::size_t n;
+  while ((n = std::fread(chunk, 1, sizeof chunk, in)) > 0) std::fwrite(chunk, 1, n, out);
+  std::fclose(in);
+  return std::fclose(out) == 0;
+}
+
+}  // namespace
+
+void MonitorCapture::clear() { receive(); }
+std::vector<Record> MonitorCapture::drain() { return receive(); }
+std::vector<std::string> MonitorCapture::debugLines() {
+  receive();
+  return pendingLines();
+}
+bool MonitorCapture::active() { return monitorFd() >= 0 && KrsModule::assertOn; }
+
+std::string assertionText(const std::string& expression, const std::string& source, int line) {
+  return "KrsAssertion failed;\r\nExpression: '" + expression + "'\r\nFile: '" + source + "; Line: " +
+         std::to_string(line) + ";\nDebug?";
+}
+
+int countMessage(const std::vector<Record>& records, const std::string& message) {
+  int n = 0;
+  for (const Record& r : records) n += r.message == message;
+  return n;
+}
+
+void enterMonitoredProcess(int argc, char** argv, const char* settings) {
+  if (std::getenv(kFdVariable)) return;
+  for (int i = 1; i < argc; ++i)
+    if (std::strncmp(argv[i], "--gtest_list_tests", 18) == 0) return;
+
+  Dl_info info;
+  if (!dladdr(reinterpret_cast<void*>(&KrsQueryAssertState), &info) || !info.dli_fname) return;
+  char pattern[] = "/tmp/krgel-test-XXXXXX";
+  const char* dir = mkdtemp(pattern);
+  if (!dir) return;
+  const std::string directory = dir;
+  const char* slash = std::strrchr(info.dli_fname, '/');
+  const std::string libraryName = slash ? slash + 1 : info.dli_fname;
+  if (!copyFile(info.dli_fname, directory + "/" + libraryName)) return;
+  if (FILE* ini = std::fopen((directory + "/lw.ini").c_str(), "w")) {
+    std::fputs(settings, ini);
+    std::fclose(ini);
+  }
+  const std::string socketPath = directory + "/monitor";
+  const int fd = socket(AF_UNIX, SOCK_DGRAM, 0);  // inherited across exec on purpose
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::snprintf(address.sun_path, sizeof address.sun_path, "%s", socketPath.c_str());
+  if (fd < 0 || bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) return;
+  int bufferSize = 4 << 20;
+  setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &bufferSize, sizeof bufferSize);
+
+  setenv(kFdVariable, std::to_string(fd).c_str(), 1);
+  setenv("KRGE_MONITOR", socketPath.c_str(), 1);
+  const char* previous = std::getenv("LD_LIBRARY_PATH");
+  setenv("LD_LIBRARY_PATH", previous && *previous ? (directory + ":" + previous).c_str() : directory.c_str(), 1);
+  // The directory is removed by the monitored process when it ends.
+  setenv("KRGEL_TEST_DIR", directory.c_str(), 1);
+  execv("/proc/self/exe", argv);
+}
+
+}  // namespace testkit

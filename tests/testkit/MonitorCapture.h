@@ -1,0 +1,47 @@
+// A real debug monitor for the tests. The test program's main() moves itself into a private
+// directory holding a copy of the library and an "lw.ini" with assertions on, binds a monitor
+// socket there and re-executes itself, so the library loads with the monitor present exactly
+// as it would beside a host. Records then arrive on that socket and are read back here.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace testkit {
+
+struct Record {
+  unsigned processId = 0;
+  unsigned threadId = 0;
+  unsigned line = 0;
+  unsigned kind = 0;
+  unsigned code = 0;
+  unsigned magic = 0;
+  std::string message;  // UTF-8
+  std::string source;
+  std::string executable;
+};
+
+// Reads everything the library has sent so far (records and plain debug-output lines).
+class MonitorCapture {
+public:
+  // Discards what is queued.
+  static void clear();
+  // Records received since the last clear()/drain(), in arrival order.
+  static std::vector<Record> drain();
+  // Plain-text datagrams (attach/detach lines) received so far, including those before main().
+  static std::vector<std::string> debugLines();
+  // True when this process runs under the test monitor with assertions on.
+  static bool active();
+};
+
+// The assertion text the library sends for `expression` at `source`:`line`.
+std::string assertionText(const std::string& expression, const std::string& source, int line);
+
+// Count of records whose message equals `message`.
+int countMessage(const std::vector<Record>& records, const std::string& message);
+
+// Prepares the monitored re-execution; called first thing by the test main(). Answers false
+// when the caller should simply go on (already monitored, or listing tests only).
+void enterMonitoredProcess(int argc, char** argv, const char* settings);
+
+}  // namespace testkit

@@ -1,0 +1,26 @@
+// Test main: every test program runs under a real monitor, with a real "lw.ini" beside a copy
+// of the library that turns assertions on.
+#include "testkit/MonitorCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+int main(int argc, char** argv) {
+  testkit::enterMonitoredProcess(argc, argv, "[lw]\nkrsassert=1\n");
+  ::testing::InitGoogleTest(&argc, argv);
+  const int result = RUN_ALL_TESTS();
+  if (const char* dir = std::getenv("KRGEL_TEST_DIR")) {
+    if (DIR* listing = opendir(dir)) {
+      while (const dirent* entry = readdir(listing))
+        if (entry->d_name[0] != '.') unlink((std::string(dir) + "/" + entry->d_name).c_str());
+      closedir(listing);
+    }
+    rmdir(dir);
+  }
+  return result;
+}
