@@ -1,2 +1,27 @@
 list(APPEND KRGEL_SOURCES
+  entity/core/KrGeEntity3d.cpp
+  entity/core/KrEnt3dImpl.cpp
+  entity/curve/KrGeCurve3d.cpp
+  entity/curve/KrGeCurve3dImpl.cpp
+  entity/linear/linear_closest.cpp
+  entity/linear/KrLinearEnt3dImpl.cpp
+  entity/linear/KrLinearEnt3dImpl_closest.cpp
+  entity/linear/KrLinearEnt3dImpl_construct.cpp
+  entity/linear/KrLinearEnt3dImpl_plane.cpp
+  entity/linear/KrGeLinearEnt3d.cpp
+  entity/linear/KrGeLine3d.cpp
+  entity/linear/KrGeLineSeg3d.cpp
+  entity/bound/KrBlock3d.cpp
+  entity/bound/KrBoundBlock3dImpl.cpp
+  entity/bound/KrGeBoundBlock3d.cpp
+  entity/plane/plane_math.cpp
+  entity/plane/KrSurfaceImpl.cpp
+  entity/plane/KrPlanarEntImpl.cpp
+  entity/plane/KrGeSurface.cpp
+  entity/plane/KrGePlanarEnt.cpp
+  entity/plane/KrGePlane.cpp
+  entity/point/KrPointEnt3dImpl.cpp
+  entity/point/KrPointOnCurve3dImpl.cpp
+  entity/point/KrGePointEnt3d.cpp
+  entity/point/KrGePointOnCurve3d.cpp
 )

@@ -1,11 +1,15 @@
-#include "KrGeL.h"
-
+// A small host program: links the library as any CAD application would and exercises it.
 #include <cstdio>
 
+void runDiagnosticsTour();
+#if defined(KRGEL_DEMO_GEOMETRY)
+void runGeometrySession();
+#endif
+
 int main() {
-  KrsArray<double> values;
-  for (int i = 0; i < 5; ++i) values.Add(i * 0.5);
-  values.RemoveAt(-1);  // a container used wrongly: reported once, changes nothing
-  std::printf("array of %d values, last %g\n", values.GetSize(), values[values.GetSize() - 1]);
+  runDiagnosticsTour();
+#if defined(KRGEL_DEMO_GEOMETRY)
+  runGeometrySession();
+#endif
   return 0;
 }

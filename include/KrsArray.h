@@ -155,10 +155,17 @@ public:
 
   // Stores `newElement` at nIndex, growing the array when nIndex is at or past its end.
   void SetAtGrow(int nIndex, In newElement);
-  // One-element append; answers the index of the new element.
+  // One-element append (SetAtGrow at the end); answers the index of the new element.
   int Add(In newElement) {
     const int index = m_nSize;
-    SetAtGrow(index, newElement);
+    // Room left and no self-insert to report: construct in place, as SetSize then assignment
+    // would. A by-value argument can never lie inside the storage.
+    if (index < m_nMaxSize && (!std::is_reference<ARG_TYPE>::value || !owns(&newElement))) {
+      ::new (static_cast<void*>(m_pData + index)) TYPE(newElement);
+      m_nSize = index + 1;
+    } else {
+      SetAtGrow(index, newElement);
+    }
     return index;
   }
   // Inserts nCount copies of `newElement` at nIndex, shifting the tail up.
@@ -177,7 +184,9 @@ private:
     const auto* begin = reinterpret_cast<const unsigned char*>(m_pData);
     return m_pData && byte >= begin && byte < begin + static_cast<std::size_t>(m_nMaxSize) * sizeof(TYPE);
   }
-  void relocate();
+  // Moves the live elements to a fresh block of the same capacity and answers the old block,
+  // which the caller frees (null when nothing moved).
+  [[nodiscard]] TYPE* relocate();
   static TYPE* allocate(int nCount) {
     void* block = std::malloc(static_cast<std::size_t>(nCount) * sizeof(TYPE));
     if (block && KrsArrayDetail::defecateMem())
@@ -191,19 +200,22 @@ private:
   int m_nGrowBy = 0;
 };
 
-// Moves the live elements to a fresh block of the same capacity, so that stale element pointers
-// show up while debugging. A failed allocation keeps the present block.
+// Moving the contents to a fresh block makes stale element pointers show up while debugging.
+// The old block stays allocated until the caller has finished its own reallocation, so that the
+// allocator cannot hand the same address back: every growth really moves. A failed allocation
+// keeps the present block.
 template <class TYPE, class ARG_TYPE>
-void KrsArray<TYPE, ARG_TYPE>::relocate() {
+TYPE* KrsArray<TYPE, ARG_TYPE>::relocate() {
   KRS_ASSERT_AT(m_nMaxSize>=m_nSize, "KrsTempl", __LINE__);
-  if (m_nMaxSize < m_nSize || m_nSize == 0) return;
+  if (m_nMaxSize < m_nSize || m_nSize == 0) return nullptr;
   TYPE* fresh = allocate(m_nMaxSize);
-  if (!fresh) return;
+  if (!fresh) return nullptr;
   KrsConstructElements(fresh, m_nSize);
   KrsCopyElements(fresh, m_pData, m_nSize);
   KrsDestructElements(m_pData, m_nSize);
-  std::free(m_pData);
+  TYPE* old = m_pData;
   m_pData = fresh;
+  return old;
 }
 
 template <class TYPE, class ARG_TYPE>
@@ -211,7 +223,13 @@ void KrsArray<TYPE, ARG_TYPE>::SetSize(int nNewSize, int nGrowBy) {
   KRS_ASSERT_AT(nNewSize >= 0, "KrsTempl", __LINE__);
   if (nNewSize < 0) return;
   if (nGrowBy != -1) m_nGrowBy = nGrowBy;
-  if ((KrsModule::arraySwitches & kKrsJumpArrOnAdd) && nNewSize > m_nMaxSize) relocate();
+  TYPE* moved = nullptr;
+  if ((KrsModule::arraySwitches & kKrsJumpArrOnAdd) && nNewSize > m_nMaxSize) moved = relocate();
+  // Frees the block left behind by the relocation on every way out, the exception included.
+  struct FreeLater {
+    TYPE* block;
+    ~FreeLater() { std::free(block); }
+  } freeLater{moved};
 
   if (nNewSize == 0) {
     if (m_pData) {
@@ -240,12 +258,13 @@ void KrsArray<TYPE, ARG_TYPE>::SetSize(int nNewSize, int nGrowBy) {
       if (step < 10) step = 10;
       if (step > kMaxStep) step = kMaxStep;
     }
-    const long long wideMax = static_cast<long long>(m_nMaxSize) + step;
-    const long long newMax = nNewSize > wideMax ? nNewSize : wideMax;
-    // An int capacity that wrapped would fall below the present one.
-    KRS_ASSERT_AT(newMax <= INT_MAX, "KrsTempl", __LINE__);
-    if (newMax > INT_MAX) return;
-    const int nNewMax = static_cast<int>(newMax);
+    // The step is taken in wide arithmetic and the capacity capped at the int range, so the new
+    // capacity can never wrap below the present one.
+    long long wideMax = static_cast<long long>(m_nMaxSize) + step;
+    if (wideMax > INT_MAX) wideMax = INT_MAX;
+    const int nNewMax = nNewSize > wideMax ? nNewSize : static_cast<int>(wideMax);
+    KRS_ASSERT_AT(nNewMax >= m_nMaxSize, "KrsTempl", __LINE__);
+    if (nNewMax < m_nMaxSize) return;
     void* grown = std::realloc(m_pData, static_cast<std::size_t>(nNewMax) * sizeof(TYPE));
     if (!grown) throw KrsException(KrsException::kOutOfMemory);  // old block untouched
     m_pData = static_cast<TYPE*>(grown);
@@ -308,9 +327,11 @@ void KrsArray<TYPE, ARG_TYPE>::InsertAt(int nIndex, In newElement, int nCount) {
     KrsReportSelfInsert("KrsArray::InsertAt --- Self-insert, can cause problems !", "KrsTempl", __LINE__);
   if (nIndex >= m_nSize) {
     SetSize(nIndex + nCount, -1);
+    if (m_nSize != nIndex + nCount) return;
   } else {
     const int nOldSize = m_nSize;
     SetSize(m_nSize + nCount, -1);
+    if (m_nSize != nOldSize + nCount) return;
     KrsDestructElements(m_pData + nOldSize, nCount);
     std::memmove(static_cast<void*>(m_pData + nIndex + nCount), m_pData + nIndex,
                  static_cast<std::size_t>(nOldSize - nIndex) * sizeof(TYPE));
@@ -326,7 +347,7 @@ void KrsArray<TYPE, ARG_TYPE>::RemoveAt(int nIndex, int nCount) {
   const bool fits = static_cast<long long>(nIndex) + nCount <= m_nSize;
   KRS_CHECK_TEXT_AT(fits, "(nIndex + nCount <= m_nSize)", "KrsTempl", __LINE__);
   if (nIndex < 0 || nCount < 0 || !fits || nCount == 0) return;
-  if (KrsModule::arraySwitches & kKrsJumpArrOnRemove) relocate();
+  if (KrsModule::arraySwitches & kKrsJumpArrOnRemove) std::free(relocate());
   const int nMoveCount = m_nSize - (nIndex + nCount);
   KrsDestructElements(m_pData + nIndex, nCount);
   if (nMoveCount > 0)

@@ -13,7 +13,12 @@
 //   unimplemented   "AUTOTEST not passed for \"<signature>\"", kind 0x08040000, code 25790, text
 //                   channel, once per operation.
 // Texts are formatted into 2048 wide characters (longer ones are truncated). Nothing here ever
-// throws, blocks or writes to the host's standard streams.
+// throws or writes to the host's standard streams. Delivery is synchronous: a report waits while
+// the monitor's queue is full, at most 100 ms, and after such a timeout the channel drops what
+// does not fit at once for a second. Without a monitor a report costs a clock read; the monitor
+// is looked up again at most once a second (wire format and lookup: docs/monitor-protocol.md).
+// The self-insert reports go out every time on the error channel (not as warnings), so the
+// global warning switch does not silence them.
 #pragma once
 
 #include "KrGeLExport.h"

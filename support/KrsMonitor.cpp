@@ -18,16 +18,21 @@ constexpr std::size_t kDatagramSize = kHeaderWords * 4 + kMaxMessageChars * 4 + 
 
 struct ChannelContext {
   bool initialised = false;
-  bool hasWindow = false;
-  KrsPlatform::MonitorAddress window{};
+  KrsPlatform::MonitorLink window;
   unsigned processId = 0;
   char exePath[kExePathSize] = {};
   const char* exeName = exePath;
   std::size_t exeNameLength = 0;
-  unsigned long long nextLookup = 0;
+  unsigned long long nextLookup = 0;  // while there is no monitor: time of the next lookup
+  unsigned long long waitAgain = 0;   // after a monitor stopped reading: no waiting before this
 };
 
 ChannelContext g_channels[kChannelCount];
+
+void lookUp(ChannelContext& context) {
+  KrsPlatform::connectMonitor(context.window);
+  context.nextLookup = KrsPlatform::coarseMillis() + kLookupIntervalMs;
+}
 
 void initialise(ChannelContext& context) {
   context.processId = KrsPlatform::processId();
@@ -35,8 +40,7 @@ void initialise(ChannelContext& context) {
   const char* slash = std::strrchr(context.exePath, '/');
   context.exeName = slash ? slash + 1 : context.exePath;
   context.exeNameLength = std::strlen(context.exeName);
-  context.hasWindow = KrsPlatform::findMonitor(context.window);
-  context.nextLookup = KrsPlatform::coarseMillis() + kLookupIntervalMs;
+  lookUp(context);
   context.initialised = true;
 }
 
@@ -88,12 +92,10 @@ void putWord(unsigned char* at, std::uint32_t value) {
 bool available(Channel channel) {
   ChannelContext& context = g_channels[channel];
   if (!context.initialised) initialise(context);
-  if (context.hasWindow) return true;
-  const unsigned long long now = KrsPlatform::coarseMillis();
-  if (now < context.nextLookup) return false;
-  context.nextLookup = now + kLookupIntervalMs;
-  context.hasWindow = KrsPlatform::findMonitor(context.window);
-  return context.hasWindow;
+  if (context.window.connected) return true;
+  if (KrsPlatform::coarseMillis() < context.nextLookup) return false;
+  lookUp(context);
+  return context.window.connected;
 }
 
 bool send(Channel channel, const wchar_t* message, const char* source, int line, unsigned kind, unsigned code) {
@@ -127,14 +129,17 @@ bool send(Channel channel, const wchar_t* message, const char* source, int line,
   for (int i = 0; i < kHeaderWords; ++i) putWord(datagram + 4 * i, words[i]);
   const std::size_t size = kHeaderWords * 4 + exeOffset + context.exeNameLength;
 
-  KrsPlatform::SendResult result = KrsPlatform::sendToMonitor(context.window, datagram, size);
+  // Delivery is synchronous like a window message, but a monitor that stops reading delays the
+  // host at most once a second by the platform's bounded wait.
+  const unsigned long long now = KrsPlatform::coarseMillis();
+  KrsPlatform::SendResult result = KrsPlatform::sendToMonitor(context.window, datagram, size, now >= context.waitAgain);
   if (result == KrsPlatform::SendResult::kGone) {
-    // The monitor went away; it may have come back at the same place.
-    context.hasWindow = KrsPlatform::findMonitor(context.window);
-    context.nextLookup = KrsPlatform::coarseMillis() + kLookupIntervalMs;
-    if (!context.hasWindow) return false;
-    result = KrsPlatform::sendToMonitor(context.window, datagram, size);
+    // The monitor went away; it may have come back at the same place: one new lookup.
+    lookUp(context);
+    if (!context.window.connected) return false;
+    result = KrsPlatform::sendToMonitor(context.window, datagram, size, now >= context.waitAgain);
   }
+  if (result == KrsPlatform::SendResult::kDropped) context.waitAgain = KrsPlatform::coarseMillis() + kLookupIntervalMs;
   return result == KrsPlatform::SendResult::kSent;
 }
 

@@ -3,12 +3,17 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 
 namespace KrsPlatform {
 
-// Address of a debug monitor ("window" of class "_indebmon"), as the platform locates it.
-struct MonitorAddress {
-  unsigned char bytes[128];
+// A connection to the debug monitor (the "window" of class "_indebmon"). On POSIX the monitor
+// is a Unix-domain datagram socket and the link is a datagram socket connected to it; the
+// connection, not the path, is what later sends go to, so a path that is replaced after the
+// lookup never receives anything.
+struct MonitorLink {
+  int handle = -1;  // created on first use and never closed (see the POSIX implementation)
+  bool connected = false;
 };
 
 enum class SendResult { kSent, kGone, kDropped };
@@ -24,15 +29,21 @@ bool libraryPath(char* buffer, std::size_t size);
 const void* libraryModule();
 // Full path of the running executable; false when unknown.
 bool executablePath(char* buffer, std::size_t size);
+// Opens `path` for reading when it is a regular file (never blocks on a pipe or device);
+// null otherwise.
+std::FILE* openRegularFile(const char* path);
 
 unsigned processId();
 unsigned threadId();
 
-// Locates a monitor that belongs to this user and accepts datagrams.
-bool findMonitor(MonitorAddress& address);
-// Delivers one datagram without blocking. kGone means the peer went away (look it up again);
-// kDropped that it is there but could not take the datagram now.
-SendResult sendToMonitor(const MonitorAddress& address, const void* data, std::size_t size);
+// True when a monitor that belongs to this user exists and accepts datagrams.
+bool monitorPresent();
+// Looks the monitor up and connects `link` to it; false (link unconnected) when there is none.
+bool connectMonitor(MonitorLink& link);
+// Delivers one datagram over a connected link. With `mayWait` the call waits, for at most a
+// short bounded time, while the monitor's queue is full; without it, it never waits.
+// kGone: the peer went away (look it up again); kDropped: it could not take the datagram now.
+SendResult sendToMonitor(MonitorLink& link, const void* data, std::size_t size, bool mayWait);
 
 // Monotonic milliseconds from a clock cheap enough to read on every report (no system call).
 unsigned long long coarseMillis();

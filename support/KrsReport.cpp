@@ -23,10 +23,20 @@ bool g_switchesRead = false;
 unsigned g_arraySwitches = 0;
 bool g_warningsEnabled = true;
 
-int readSwitch(const char* key) {
-  char path[2048];
-  if (!KrsSettings::settingsPath(path, sizeof path)) return 0;
-  return KrsSettings::readProfileInt(path, "lw", key, 0);
+// The settings file is read once, in one pass, for all keys; the mark that it has been read is
+// set first, so a failed read leaves every switch off for good.
+enum SettingKey { kKrsAssert, kJumpArrOnAdd, kJumpArrOnRemove, kDefecateMem, kSettingCount };
+int readSwitch(SettingKey key) {
+  static bool read = false;
+  static int values[kSettingCount] = {};
+  if (!read) {
+    read = true;
+    static const char* const kKeys[kSettingCount] = {"krsassert", "JumpArrOnAdd", "JumpArrOnRemove", "DefecateMem"};
+    char path[2048];
+    if (KrsSettings::settingsPath(path, sizeof path))
+      KrsSettings::readProfileInts(path, "lw", kKeys, values, kSettingCount, 0);
+  }
+  return values[key];
 }
 
 // Narrow texts are taken as UTF-8; a byte that does not decode stands for itself (Latin-1).
@@ -67,8 +77,7 @@ bool sendText(KrsMonitor::Channel channel, const KrsStringW& text, const char* s
 bool KrsQueryAssertState() {
   if (g_assertState == AssertState::kUnknown) {
     g_assertState = AssertState::kOff;
-    KrsPlatform::MonitorAddress monitor;
-    if (KrsPlatform::findMonitor(monitor) && readSwitch("krsassert") != 0) g_assertState = AssertState::kOn;
+    if (KrsPlatform::monitorPresent() && readSwitch(kKrsAssert) != 0) g_assertState = AssertState::kOn;
   }
   return g_assertState == AssertState::kOn;
 }
@@ -77,9 +86,9 @@ unsigned KrsQueryArraySwitches() {
   if (!g_switchesRead) {
     g_switchesRead = true;  // a failed read leaves every bit clear for good
     unsigned bits = 0;
-    if (readSwitch("JumpArrOnAdd") != 0) bits |= kKrsJumpArrOnAdd;
-    if (readSwitch("JumpArrOnRemove") != 0) bits |= kKrsJumpArrOnRemove;
-    if (readSwitch("DefecateMem") != 0) bits |= kKrsDefecateMem;
+    if (readSwitch(kJumpArrOnAdd) != 0) bits |= kKrsJumpArrOnAdd;
+    if (readSwitch(kJumpArrOnRemove) != 0) bits |= kKrsJumpArrOnRemove;
+    if (readSwitch(kDefecateMem) != 0) bits |= kKrsDefecateMem;
     g_arraySwitches = bits;
   }
   return g_arraySwitches;
@@ -90,9 +99,11 @@ bool KrsWarningsEnabled() { return g_warningsEnabled; }
 
 bool KrsReportAssertion(const char* expressionText, const char* source, int line) {
   if (!KrsMonitor::available(KrsMonitor::kAssertChannel)) return false;
-  wchar_t expression[kWideChars], file[kWideChars];
+  // Bounded stack use: a report may come from a host thread with a small stack.
+  constexpr std::size_t kFileChars = 1024;
+  wchar_t expression[kWideChars], file[kFileChars];
   widen(expressionText, expression, kWideChars);
-  widen(source, file, kWideChars);
+  widen(source, file, kFileChars);
   KrsStringW text;
   text.Format(L"KrsAssertion failed;\r\nExpression: '%s'\r\nFile: '%s; Line: %d;\nDebug?", expression, file, line);
   return sendText(KrsMonitor::kAssertChannel, text, source, line, kKindCheck, kCodeCheck);

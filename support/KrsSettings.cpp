@@ -57,15 +57,22 @@ bool parseInt(const char* text, int& value) {
 
 }  // namespace
 
-int readProfileInt(const char* path, const char* section, const char* key, int fallback) {
-  std::FILE* file = std::fopen(path, "rb");
-  if (!file) return fallback;
+void readProfileInts(const char* path, const char* section, const char* const* keys, int* values, int count,
+                     int fallback) {
+  constexpr int kMaxKeys = 32;
+  bool found[kMaxKeys] = {};
+  if (count > kMaxKeys) count = kMaxKeys;
+  for (int k = 0; k < count; ++k) values[k] = fallback;
+  std::FILE* file = KrsPlatform::openRegularFile(path);
+  if (!file) return;
   char buffer[kMaxLine];
   long budget = kMaxBytes;
   bool inSection = false;
-  int result = fallback;
-  while (readLine(file, buffer, budget)) {
-    char* line = trim(buffer);
+  int remaining = count;
+  for (bool first = true; remaining > 0 && readLine(file, buffer, budget); first = false) {
+    char* line = buffer;
+    if (first && std::strncmp(line, "\xEF\xBB\xBF", 3) == 0) line += 3;  // UTF-8 byte-order mark
+    line = trim(line);
     if (*line == '[') {
       char* close = std::strchr(line, ']');
       if (close) *close = '\0';
@@ -76,13 +83,17 @@ int readProfileInt(const char* path, const char* section, const char* key, int f
     char* equals = std::strchr(line, '=');
     if (!equals) continue;
     *equals = '\0';
-    if (!sameName(trim(line), key)) continue;
-    int value;
-    result = parseInt(trim(equals + 1), value) ? value : fallback;
-    break;
+    const char* name = trim(line);
+    for (int k = 0; k < count; ++k) {
+      if (found[k] || !sameName(name, keys[k])) continue;
+      int value;
+      values[k] = parseInt(trim(equals + 1), value) ? value : fallback;
+      found[k] = true;
+      --remaining;
+      break;
+    }
   }
   std::fclose(file);
-  return result;
 }
 
 bool settingsPath(char* buffer, std::size_t size) {

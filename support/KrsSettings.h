@@ -7,9 +7,12 @@
 
 namespace KrsSettings {
 
-// Reads `key` of `section` from the INI text at `path`; `fallback` when the file, section or key
-// is missing or the value has no leading digits. At most the first 16 MiB of a file are read.
-int readProfileInt(const char* path, const char* section, const char* key, int fallback);
+// Reads the integer keys `keys[0..count)` of `section` from the INI text at `path` in one pass
+// into `values`; a key that is missing, or whose value has no leading digits, reads as
+// `fallback`, and so does every key when the file is not a readable regular file. The first
+// occurrence of a key counts. At most the first 16 MiB of a file are read, 1023 bytes per line.
+void readProfileInts(const char* path, const char* section, const char* const* keys, int* values, int count,
+                     int fallback);
 
 // "lw.ini" in the directory of the library's own module file; false when it cannot be named.
 bool settingsPath(char* buffer, std::size_t size);

@@ -89,7 +89,9 @@ void KrsStringW::Format(const wchar_t* format, ...) {
     assign(nullptr, 0);
     return;
   }
-  wchar_t portable[kMaxFormatted * 2];
+  // Formats are short texts; one longer than the output limit could only produce truncated
+  // output anyway. Both buffers are bounded: a report may run on a thread with a small stack.
+  wchar_t portable[kMaxFormatted];
   portableFormat(format, portable, sizeof portable / sizeof portable[0]);
   wchar_t buffer[kMaxFormatted];
   buffer[0] = L'\0';

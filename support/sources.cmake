@@ -7,8 +7,8 @@ list(APPEND KRGEL_SOURCES
   support/KrsSettings.cpp
   support/KrsStringW.cpp
 )
+# One platform layer per system; only the POSIX one exists so far.
 if(WIN32)
-  list(APPEND KRGEL_SOURCES support/platform/KrsPlatformWin32.cpp)
-else()
-  list(APPEND KRGEL_SOURCES support/platform/KrsPlatformPosix.cpp)
+  message(FATAL_ERROR "KrGeL has no Windows platform layer (support/platform/) yet")
 endif()
+list(APPEND KRGEL_SOURCES support/platform/KrsPlatformPosix.cpp)

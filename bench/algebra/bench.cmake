@@ -1,2 +1,3 @@
 list(APPEND KRGEL_BENCH_SOURCES
+  algebra/KrGeMatrix3d_bench.cpp
 )

@@ -1,2 +1,4 @@
 list(APPEND KRGEL_BENCH_SOURCES
+  entity/linear_bench.cpp
+  entity/plane_bench.cpp
 )

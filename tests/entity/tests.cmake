@@ -1,2 +1,12 @@
 list(APPEND KRGEL_TEST_SOURCES
+  entity/KrGeEntity3d_test.cpp
+  entity/KrGeCurve3d_test.cpp
+  entity/KrGeLinearEnt3d_test.cpp
+  entity/KrGeLine3d_test.cpp
+  entity/KrGeLineSeg3d_test.cpp
+  entity/LinearConformance_test.cpp
+  entity/KrGeBoundBlock3d_test.cpp
+  entity/KrGePlane_test.cpp
+  entity/KrGePlaneOps_test.cpp
+  entity/KrGePointOnCurve3d_test.cpp
 )

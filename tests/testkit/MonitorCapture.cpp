@@ -1,5 +1,7 @@
 #include "testkit/MonitorCapture.h"
 
+#include "testkit/Process.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -32,52 +34,22 @@ std::vector<std::string>& pendingLines() {
   return lines;
 }
 
-std::uint32_t word(const unsigned char* at) {
-  return at[0] | (at[1] << 8) | (at[2] << 16) | (static_cast<std::uint32_t>(at[3]) << 24);
-}
-
 std::vector<Record> receive() {
   std::vector<Record> records;
   const int fd = monitorFd();
   if (fd < 0) return records;
-  static unsigned char buffer[1 << 16];
+  static char buffer[1 << 16];
   for (;;) {
     const ssize_t size = recv(fd, buffer, sizeof buffer, MSG_DONTWAIT);
     if (size < 0) break;
-    if (size >= 56 && word(buffer) == 0x5001) {
-      const unsigned char* f = buffer + 8;
-      const auto* payload = reinterpret_cast<const char*>(buffer + 56);
-      Record r;
-      r.processId = word(f + 0);
-      r.threadId = word(f + 4);
-      r.message.assign(payload + word(f + 12), word(f + 8));
-      r.source.assign(payload + word(f + 20), word(f + 16));
-      r.line = word(f + 24);
-      r.kind = word(f + 28);
-      r.code = word(f + 32);
-      r.executable.assign(payload + word(f + 36), word(f + 40));
-      r.magic = word(f + 44);
-      records.push_back(r);
-    } else {
-      pendingLines().emplace_back(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(size));
-    }
+    const std::string datagram(buffer, static_cast<std::size_t>(size));
+    Record record;
+    if (parseRecord(datagram, record))
+      records.push_back(record);
+    else
+      pendingLines().push_back(datagram);
   }
   return records;
-}
-
-bool copyFile(const char* from, const std::string& to) {
-  FILE* in = std::fopen(from, "rb");
-  if (!in) return false;
-  FILE* out = std::fopen(to.c_str(), "wb");
-  if (!out) {
-    std::fclose(in);
-    return false;
-  }
-  char chunk[1 << 16];
-  std::size_t n;
-  while ((n = std::fread(chunk, 1, sizeof chunk, in)) > 0) std::fwrite(chunk, 1, n, out);
-  std::fclose(in);
-  return std::fclose(out) == 0;
 }
 
 }  // namespace
@@ -114,7 +86,7 @@ void enterMonitoredProcess(int argc, char** argv, const char* settings) {
   const std::string directory = dir;
   const char* slash = std::strrchr(info.dli_fname, '/');
   const std::string libraryName = slash ? slash + 1 : info.dli_fname;
-  if (!copyFile(info.dli_fname, directory + "/" + libraryName)) return;
+  if (!copyFile(info.dli_fname, directory + "/" + libraryName, 0755)) return;
   if (FILE* ini = std::fopen((directory + "/lw.ini").c_str(), "w")) {
     std::fputs(settings, ini);
     std::fclose(ini);

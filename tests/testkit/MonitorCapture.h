@@ -40,8 +40,9 @@ std::string assertionText(const std::string& expression, const std::string& sour
 // Count of records whose message equals `message`.
 int countMessage(const std::vector<Record>& records, const std::string& message);
 
-// Prepares the monitored re-execution; called first thing by the test main(). Answers false
-// when the caller should simply go on (already monitored, or listing tests only).
+// Re-executes the test program under the monitor (beside a copy of the library and an lw.ini
+// holding `settings`); called first thing by the test main(). Returns, and the caller simply goes
+// on, when the program is already monitored, only lists its tests, or the set-up failed.
 void enterMonitoredProcess(int argc, char** argv, const char* settings);
 
 }  // namespace testkit

@@ -1,0 +1,97 @@
+// A short geometry session as a host would run it: segments and lines, where they meet and how
+// close they come, and a plane cutting through a small solid.
+#include <cstdio>
+
+#include "KrGeBoundBlock3d.h"
+#include "KrGeLine3d.h"
+#include "KrGeLineSeg3d.h"
+#include "KrGePlane.h"
+#include "KrGePointOnCurve3d.h"
+
+namespace {
+
+void print(const char* label, const KrGePoint3d& p) {
+  std::printf("  %-40s (%.6g, %.6g, %.6g)\n", label, p.x, p.y, p.z);
+}
+void print(const char* label, const KrGeVector3d& v) {
+  std::printf("  %-40s <%.6g, %.6g, %.6g>\n", label, v.x, v.y, v.z);
+}
+void print(const char* label, double value) { std::printf("  %-40s %.6g\n", label, value); }
+
+void segmentsAndLines() {
+  std::printf("\nSegments and lines\n");
+  const KrGeLineSeg3d rising(KrGePoint3d(0, 0, 0), KrGePoint3d(4, 4, 0));
+  const KrGeLineSeg3d falling(KrGePoint3d(0, 4, 0), KrGePoint3d(4, 0, 0));
+  KrGePoint3d hit;
+  if (rising.intersectWith(falling, hit)) print("the two diagonals cross at", hit);
+
+  const KrGeLineSeg3d high(KrGePoint3d(0, 4, 3), KrGePoint3d(4, 0, 3));
+  std::printf("  %-40s %s\n", "does a diagonal 3 units higher meet it?",
+              rising.intersectWith(high, hit) ? "yes" : "no");
+  KrGePoint3d onHigh;
+  const KrGePoint3d onRising = rising.closestPointTo(high, onHigh);
+  print("closest point on the low diagonal", onRising);
+  print("closest point on the high one", onHigh);
+  print("their distance", rising.distanceTo(high));
+
+  const KrGeLine3d parallel(KrGePoint3d(0, 1, 0), KrGeVector3d(1, 1, 0));
+  std::printf("  %-40s %s\n", "does a parallel line meet the diagonal?",
+              rising.intersectWith(parallel, hit) ? "yes" : "no");
+  print("distance between them", rising.distanceTo(parallel));
+
+  const KrGePoint3d probe(7, 5, 1);
+  print("point", probe);
+  print("nearest point of the diagonal", rising.closestPointTo(probe));
+  KrGePointOnCurve3d foot;
+  rising.getClosestPointTo(probe, foot);
+  print("at parameter", foot.parameter());
+  print("nearest point of its full line", KrGeLine3d(KrGePoint3d(0, 0, 0), KrGePoint3d(4, 4, 0)).closestPointTo(probe));
+}
+
+void planeCut() {
+  std::printf("\nA plane cut through a tetrahedron\n");
+  const KrGePoint3d corners[4] = {{0, 0, 0}, {6, 0, 0}, {0, 6, 0}, {0, 0, 6}};
+  const KrGePlane cut(KrGePoint3d(0, 0, 2), KrGeVector3d(0.2, 0.1, 1));
+  print("cutting plane through", cut.pointOnPlane());
+  print("with unit normal", cut.normal());
+  KrGeBoundBlock3d section;
+  for (int i = 0; i < 4; ++i) {
+    for (int j = i + 1; j < 4; ++j) {
+      const KrGeLineSeg3d edge(corners[i], corners[j]);
+      KrGePoint3d hit;
+      char label[64];
+      std::snprintf(label, sizeof label, "edge %d-%d is cut at", i, j);
+      if (cut.intersectWith(edge, hit)) {
+        print(label, hit);
+        section.extend(hit);
+      } else {
+        std::printf("  edge %d-%d is not cut (%s)\n", i, j,
+                    cut.isParallelTo(edge) ? "parallel" : "both ends on one side");
+      }
+    }
+  }
+  KrGePoint3d low, high;
+  section.getMinMaxPoints(low, high);
+  print("section fits in the box from", low);
+  print("to", high);
+
+  const KrGePlane wall(KrGePoint3d(1, 0, 0), KrGeVector3d(1, -1, 0));
+  KrGeLine3d common;
+  if (cut.intersectWith(wall, common)) {
+    print("the cut meets the wall x = y + 1 on", common.pointOnLine());
+    print("along", common.direction());
+  }
+
+  KrGeLineSeg3d edge(corners[0], corners[3]);
+  edge.mirror(cut);
+  print("the vertical edge mirrored runs from", edge.startPoint());
+  print("to", edge.endPoint());
+}
+
+}  // namespace
+
+void runGeometrySession() {
+  std::printf("\nGeometry session\n");
+  segmentsAndLines();
+  planeCut();
+}

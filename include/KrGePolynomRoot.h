@@ -1,0 +1,26 @@
+// Real roots of real polynomials. Coefficients come constant term first (c0, c1, ...); roots are
+// written to `roots`, which is emptied first (keeping its allocated block), in the order found
+// (not sorted). Nothing throws; problems are reported through the diagnostics channel and the
+// output holds what was found.
+#pragma once
+
+#include "KrGeLExport.h"
+#include "KrsArray.h"
+
+// Distinct real roots of c4 x^4 + ... + c0 in closed form (Descartes-Euler resolvent, complex
+// Cardano), answered as their count. Leading coefficients of magnitude <= 1e-10 are dropped first.
+// A quartic's roots are Newton-polished (at most 10 steps) and each one whose residual |p(x)|
+// exceeds 1e-4 (or is not a number) still stays, with the warning "methodDecart fail". Cubic and
+// quadratic roots are not polished. A linear polynomial yields no root and a constant the single
+// root 0.0, whatever its value; degrees above 4 yield none. Roots within 1e-10 of an earlier one
+// are removed, except that the value following a removed one is not compared again. Other than 5
+// coefficients raise the E_FAIL assertion and the polynomial of degree size - 1 is solved.
+KRGEL_API int methodDecart(const KrsArray<double>& coefficients, KrsArray<double>& roots);
+
+// Real roots of the polynomial of degree size - 1 (no trimming) by Muller's iteration from 0, 1, 2
+// with deflation, answered as their count; a pair of complex roots is removed without output.
+// With removeMultiple the polynomial is first divided by gcd(p, p'), so each multiple root comes
+// once. Roots are neither polished, sorted nor de-duplicated; a root whose residual on the input
+// polynomial exceeds 0.01 (or is not a number) stays, with the warning "methodFindAllRoot fail".
+KRGEL_API int methodFindAllRoot(const KrsArray<double>& coefficients, KrsArray<double>& roots,
+                                bool removeMultiple);

@@ -1,0 +1,304 @@
+#include "KrGeKnotVector.h"
+
+#include "KrGeInterval.h"
+#include "KrsDiagnostics.h"
+
+#include <cmath>
+
+namespace {
+
+// Index of the first knot >= value, scanning from the start (knots that compare false with it,
+// NaN, are passed over); the length when there is none.
+int firstAtOrAbove(const KrsArray<double>& knots, double value) {
+  const int count = knots.GetSize();
+  const double* data = knots.GetData();
+  int index = 0;
+  while (index < count && !(data[index] >= value)) ++index;
+  return index;
+}
+
+}  // namespace
+
+KrGeKnotVector::KrGeKnotVector() : m_tolerance(1e-9) {}
+
+KrGeKnotVector::KrGeKnotVector(double tol) : m_tolerance(tol) {}
+
+KrGeKnotVector::KrGeKnotVector(int size, int growSize, double tol) : m_tolerance(tol) {
+  m_knots.SetSize(size, growSize);
+}
+
+KrGeKnotVector::KrGeKnotVector(int size, const double* source, double tol) : m_tolerance(tol) {
+  set(size, source, tol);
+}
+
+KrGeKnotVector::KrGeKnotVector(const KrsArray<double>& source, double tol) : m_knots(source), m_tolerance(tol) {}
+
+KrGeKnotVector::KrGeKnotVector(const KrGeKnotVector& source)
+    : m_knots(source.m_knots), m_tolerance(source.m_tolerance) {}
+
+KrGeKnotVector::KrGeKnotVector(int plusMult, const KrGeKnotVector& source) : m_tolerance(source.m_tolerance) {
+  const int count = source.m_knots.GetSize();
+  const double* knots = source.m_knots.GetData();
+  int next = 0;
+  while (next < count) {
+    // The head always belongs to its own group (also a NaN head), so every pass advances.
+    const double head = knots[next];
+    m_knots.Add(head);
+    ++next;
+    while (next < count && std::fabs(knots[next] - head) <= m_tolerance) {
+      m_knots.Add(head);
+      ++next;
+    }
+    if (plusMult > 0) m_knots.InsertAt(m_knots.GetSize(), head, plusMult);
+  }
+}
+
+KrGeKnotVector::~KrGeKnotVector() = default;
+
+KrGeKnotVector& KrGeKnotVector::operator=(const KrGeKnotVector& source) {
+  if (this != &source) {
+    m_knots.RemoveAll();
+    m_knots.Append(source.m_knots);
+    m_tolerance = source.m_tolerance;
+  }
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::operator=(const KrsArray<double>& source) {
+  if (&source != &m_knots) {
+    m_knots.RemoveAll();
+    m_knots.Append(source);
+  }
+  return *this;
+}
+
+double KrGeKnotVector::knotAt(int i) const {
+  if (isValid(i)) return m_knots.GetData()[i];
+  // Let the array raise its own index assertion; the bad address it answers is never read.
+  static_cast<void>(&m_knots.GetAt(i));
+  return 0.0;
+}
+
+bool KrGeKnotVector::checkIndex(int i) const {
+  KRS_FAIL_IF_AT(!isValid(i), "krkvec", 113);
+  return isValid(i);
+}
+
+double KrGeKnotVector::operator[](int i) const {
+  checkIndex(i);
+  return knotAt(i);
+}
+
+double& KrGeKnotVector::operator[](int i) {
+  if (checkIndex(i)) return m_knots.GetData()[i];
+  static_cast<void>(&m_knots.ElementAt(i));
+  thread_local double scratch = 0.0;
+  scratch = 0.0;
+  return scratch;
+}
+
+double KrGeKnotVector::startParam() const { return knotAt(0); }
+
+double KrGeKnotVector::endParam() const { return knotAt(m_knots.GetSize() - 1); }
+
+KrGeKnotVector& KrGeKnotVector::setPhysicalLength(int n) {
+  m_knots.SetCapacity(n);
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::setLogicalLength(int n) {
+  m_knots.SetSize(n);
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::setGrowLength(int growLength) {
+  m_knots.SetSize(m_knots.GetSize(), growLength);
+  return *this;
+}
+
+int KrGeKnotVector::growLength() const {
+  KRS_NOT_IMPLEMENTED_AT("KnotVector", 352);
+  return 0;
+}
+
+KrGeKnotVector& KrGeKnotVector::setTolerance(double tol) {
+  m_tolerance = tol;
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::set(int size, const double* source, double /*tol: the tolerance is kept*/) {
+  KRS_FAIL_IF(size > 0 && source == nullptr);
+  m_knots.SetSize(size);
+  if (source != nullptr && size > 0 && m_knots.GetSize() == size) KrsCopyElements(m_knots.GetData(), source, size);
+  return *this;
+}
+
+int KrGeKnotVector::append(double knot) {
+  m_knots.Add(knot);
+  return m_knots.GetSize();
+}
+
+KrGeKnotVector& KrGeKnotVector::append(KrGeKnotVector& /*tail*/, double /*knotRatio*/) {
+  KRS_NOT_IMPLEMENTED_AT("KnotVector", 260);
+  return *this;
+}
+
+int KrGeKnotVector::insert(double knot) {
+  const int index = firstAtOrAbove(m_knots, knot);
+  m_knots.InsertAt(index, knot, 1);
+  return index;
+}
+
+KrGeKnotVector& KrGeKnotVector::insertAt(int index, double knot, int multiplicity) {
+  m_knots.InsertAt(index, knot, multiplicity);
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::removeAt(int index) {
+  m_knots.RemoveAt(index, 1);
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::removeSubVector(int startIndex, int endIndex) {
+  m_knots.RemoveAt(startIndex, endIndex - startIndex + 1);
+  return *this;
+}
+
+int KrGeKnotVector::multiplicityAt(int index) const {
+  if (!isValid(index)) return 0;
+  const int count = m_knots.GetSize();
+  const double* knots = m_knots.GetData();
+  const double own = knots[index];
+  int multiplicity = 1;
+  for (int after = index + 1; after < count && std::fabs(own - knots[after]) <= m_tolerance; ++after) ++multiplicity;
+  for (int before = index - 1; before >= 0 && std::fabs(own - knots[before]) <= m_tolerance; --before) ++multiplicity;
+  return multiplicity;
+}
+
+int KrGeKnotVector::numIntervals() const {
+  const int count = m_knots.GetSize();
+  if (count < 2) return 0;
+  const double* knots = m_knots.GetData();
+  int intervals = 0;
+  for (int i = 0; i + 1 < count; ++i)
+    if (std::fabs(knots[i + 1] - knots[i]) > m_tolerance) ++intervals;
+  return intervals;
+}
+
+int KrGeKnotVector::getDistinctKnots(KrsArray<double>& out) const {
+  out.SetSize(0);
+  const int count = m_knots.GetSize();
+  if (count == 0) return 0;
+  const double* knots = m_knots.GetData();
+  double lastKept = knots[0];
+  out.Add(lastKept);
+  for (int i = 1; i < count; ++i) {
+    if (std::fabs(knots[i] - lastKept) > m_tolerance) {
+      lastKept = knots[i];
+      out.Add(lastKept);
+    }
+  }
+  return out.GetSize();
+}
+
+bool KrGeKnotVector::isOn(double x) const {
+  const int count = m_knots.GetSize();
+  if (count == 0) {
+    static_cast<void>(knotAt(0));  // the array's index assertion, as for any read of knot 0
+    return false;
+  }
+  const double* knots = m_knots.GetData();
+  // Lower bound: the first index whose knot is >= x (count when there is none).
+  int low = 0;
+  int high = count;
+  while (low < high) {
+    const int middle = low + (high - low) / 2;
+    if (knots[middle] < x)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  if (low == 0) return std::fabs(knots[0] - x) <= m_tolerance;
+  if (low == count) return std::fabs(knots[count - 1] - x) <= m_tolerance;
+  return std::fabs(knots[low - 1] - x) <= m_tolerance || std::fabs(knots[low] - x) <= m_tolerance;
+}
+
+bool KrGeKnotVector::contains(double x) const {
+  if (m_knots.GetSize() == 0) return false;
+  if (x >= startParam() - m_tolerance) return true;
+  return x <= endParam() - m_tolerance;
+}
+
+KrGeKnotVector& KrGeKnotVector::reverse() {
+  const int count = m_knots.GetSize();
+  if (count == 0) return *this;
+  const int capacity = m_knots.GetMaxSize();
+  // A fresh block of the same capacity: stale pointers into the old knots show up at once.
+  const KrsArray<double> old(m_knots);
+  m_knots.SetSize(0);
+  m_knots.SetCapacity(capacity);
+  m_knots.SetSize(count);
+  const double* source = old.GetData();
+  double* target = m_knots.GetData();
+  for (int j = 0; j < count; ++j) target[j] = -source[count - 1 - j];
+  return *this;
+}
+
+KrGeKnotVector& KrGeKnotVector::setRange(double lower, double upper) {
+  if (!(upper > lower)) return *this;
+  const double& firstRef = m_knots.GetFirst();
+  const double& lastRef = m_knots.GetLast();
+  if (m_knots.GetSize() == 0) return *this;  // both references are the array's bad address then
+  const double first = firstRef;
+  const double last = lastRef;
+  // k -> k*s + (lower - first*s) maps first to lower and last to upper.
+  const double scale = (upper - lower) / (last - first);
+  const double offset = lower - first * scale;
+  double* knots = m_knots.GetData();
+  for (int i = 0; i < m_knots.GetSize(); ++i) knots[i] = knots[i] * scale + offset;
+  return *this;
+}
+
+bool KrGeKnotVector::isEqualTo(const KrGeKnotVector& other) const {
+  if (m_tolerance != other.m_tolerance) return false;
+  const int count = m_knots.GetSize();
+  if (count != other.m_knots.GetSize()) return false;
+  const double* mine = m_knots.GetData();
+  const double* theirs = other.m_knots.GetData();
+  for (int i = 0; i < count; ++i)
+    if (mine[i] != theirs[i]) return false;
+  return true;
+}
+
+int KrGeKnotVector::getInterval(int /*order*/, double /*param*/, KrGeInterval& /*interval*/) const {
+  KRS_NOT_IMPLEMENTED_AT("KnotVector", 168);
+  return 0;
+}
+
+int KrGeKnotVector::split(double param, KrGeKnotVector* head, int multLast, KrGeKnotVector* tail,
+                          int multFirst) const {
+  KRS_NOT_IMPLEMENTED_AT("KnotVector", 272);
+  // An output that is this vector would be emptied before it is read: work from a copy then.
+  const bool aliased = head == this || tail == this;
+  const KrGeKnotVector copy(aliased ? *this : KrGeKnotVector(m_tolerance));
+  const KrGeKnotVector& source = aliased ? copy : *this;
+  const int count = source.m_knots.GetSize();
+  const double* knots = source.m_knots.GetData();
+  const double tol = source.m_tolerance;
+
+  if (head) head->removeSubVector(0, head->length() - 1);
+  if (tail) tail->removeSubVector(0, tail->length() - 1);
+
+  int stop = 0;
+  while (stop < count && knots[stop] < param && std::fabs(param - knots[stop]) > tol) {
+    if (head) head->insert(knots[stop]);
+    ++stop;
+  }
+  // Repeated insert(param) puts every copy at the same place: one block insertion does the same.
+  if (head && multLast > 0) head->m_knots.InsertAt(firstAtOrAbove(head->m_knots, param), param, multLast);
+  if (tail && multFirst > 0) tail->m_knots.InsertAt(firstAtOrAbove(tail->m_knots, param), param, multFirst);
+  // Knots beyond `param` go to the head as well: it keeps every knot away from the split.
+  for (int i = stop; i < count; ++i)
+    if (knots[i] > param && std::fabs(param - knots[i]) > tol && head) head->insert(knots[i]);
+  return 0;
+}

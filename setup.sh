@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# Set-up for a fresh Debian machine, run as root from anywhere:
+#   ./setup.sh demo   installs what is missing, builds the library, runs the demo host with the
+#                     krgemon monitor attached and prints the monitor's lines
+#   ./setup.sh test   installs what is missing, builds and runs the whole test suite in the
+#                     release build and in the AddressSanitizer+UBSan build (warnings are errors)
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev)
+
+installMissing() {
+  local missing=() package
+  for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+  done
+  ((${#missing[@]} == 0)) && return 0
+  if ((EUID != 0)); then
+    echo "setup.sh: missing packages (${missing[*]}); run as root to install them" >&2
+    exit 1
+  fi
+  export DEBIAN_FRONTEND=noninteractive
+  apt-get update
+  apt-get install -y "${missing[@]}"
+}
+
+monitorPid=""
+demoWork=""
+cleanUpDemo() {
+  if [[ -n $monitorPid ]]; then kill -TERM "$monitorPid" 2>/dev/null || true; fi
+  if [[ -n $demoWork ]]; then rm -rf "$demoWork"; fi
+}
+
+runDemo() {
+  cmake --preset release
+  cmake --build --preset release --target krgel_demo krgemon
+  local build=build/release
+  # Assertions are reported only when "lw.ini" beside the library turns them on.
+  [[ -e $build/lw.ini ]] || printf '[lw]\nkrsassert=1\n' >"$build/lw.ini"
+  demoWork=$(mktemp -d)
+  trap cleanUpDemo EXIT
+  "$build/krgemon" --socket "$demoWork/monitor" --timeout 60 >"$demoWork/lines" &
+  monitorPid=$!
+  for _ in $(seq 100); do [[ -S $demoWork/monitor ]] && break; sleep 0.05; done
+  echo "--- demo output ---"
+  KRGE_MONITOR="$demoWork/monitor" "$build/krgel_demo"
+  sleep 0.2
+  kill -TERM "$monitorPid"
+  wait "$monitorPid" || true
+  monitorPid=""
+  echo "--- krgemon ---"
+  cat "$demoWork/lines"
+}
+
+runTests() {
+  local preset
+  for preset in release sanitize; do
+    cmake --preset "$preset"
+    cmake --build --preset "$preset"
+    ctest --preset "$preset" -j "$(nproc)"
+  done
+}
+
+case "${1:-}" in
+  demo) installMissing; runDemo ;;
+  test) installMissing; runTests ;;
+  *) echo "usage: $0 demo|test" >&2; exit 2 ;;
+esac

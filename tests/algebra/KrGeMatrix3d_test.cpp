@@ -1,0 +1,257 @@
+#include "KrGeMatrix3d.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
+#include "tests/algebra/AlgebraRandom.h"
+
+namespace {
+constexpr double kPi = 3.141592653589793;
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+KrGeTol tolerance(double value) {
+  KrGeTol tol;
+  tol.setEqualPoint(value);
+  tol.setEqualVector(value);
+  return tol;
+}
+
+KrGeMatrix3d fromColumns(const KrGeVector3d& x, const KrGeVector3d& y, const KrGeVector3d& z,
+                         const KrGePoint3d& origin = KrGePoint3d::kOrigin) {
+  KrGeMatrix3d m;
+  return m.setCoordSystem(origin, x, y, z);
+}
+
+double maxDifference(const KrGeMatrix3d& a, const KrGeMatrix3d& b, unsigned rows = 4) {
+  double largest = 0;
+  for (unsigned i = 0; i < rows; ++i)
+    for (unsigned j = 0; j < 4; ++j) largest = std::fmax(largest, std::fabs(a(i, j) - b(i, j)));
+  return largest;
+}
+
+// Rodrigues' closed form, written independently of the frame conjugation under test.
+KrGePoint3d rodrigues(const KrGePoint3d& p, double angle, const KrGeVector3d& axis, const KrGePoint3d& centre) {
+  const KrGeVector3d k = axis / axis.length();
+  const KrGeVector3d v = p - centre;
+  const KrGeVector3d r = v * std::cos(angle) + k.crossProduct(v) * std::sin(angle) +
+                         k * (k.dotProduct(v) * (1 - std::cos(angle)));
+  return centre + r;
+}
+}  // namespace
+
+TEST(KrGeMatrix3d, IsPlainDataAndDefaultsToIdentity) {
+  static_assert(sizeof(KrGeMatrix3d) == 16 * sizeof(double), "sixteen doubles");
+  static_assert(std::is_trivially_copyable<KrGeMatrix3d>::value, "plain data");
+  const KrGeMatrix3d m;
+  for (unsigned i = 0; i < 4; ++i)
+    for (unsigned j = 0; j < 4; ++j) EXPECT_EQ(m(i, j), i == j ? 1.0 : 0.0);
+  EXPECT_EQ(maxDifference(KrGeMatrix3d::kIdentity, m), 0.0);
+}
+
+TEST(KrGeMatrix3d, ProductsNeverReadTheFourthRow) {
+  KrGeMatrix3d m = fromColumns({0, 1, 0}, {-1, 0, 0}, {0, 0, 2}, {10, 20, 30});
+  m(3, 0) = kNaN;
+  m(3, 3) = 0;
+  const KrGePoint3d p = m * KrGePoint3d(1, 2, 3);
+  EXPECT_EQ(p.x, 8.0);
+  EXPECT_EQ(p.y, 21.0);
+  EXPECT_EQ(p.z, 36.0);
+  const KrGeVector3d v = m * KrGeVector3d(1, 2, 3);
+  EXPECT_EQ(v.x, -2.0);
+  EXPECT_EQ(v.z, 6.0);
+  EXPECT_TRUE(m.isEqualTo(fromColumns({0, 1, 0}, {-1, 0, 0}, {0, 0, 2}, {10, 20, 30})));  // fourth row not compared
+}
+
+TEST(KrGeMatrix3d, MeasuresUseTheBlockOnly) {
+  const KrGeMatrix3d m = fromColumns({1, 2, 3}, {4, 5, 6}, {7, 8, 10}, {-100, -2, -3});
+  KrGePoint3d origin;
+  KrGeVector3d x, y, z;
+  m.getCoordSystem(origin, x, y, z);
+  EXPECT_TRUE(origin.isEqualTo(KrGePoint3d(-100, -2, -3)) && y.isEqualTo(KrGeVector3d(4, 5, 6)));
+  EXPECT_EQ(m.det(), -3.0);
+  EXPECT_EQ(m.norm(), 10.0);
+  EXPECT_EQ(KrGeMatrix3d::translation(KrGeVector3d(5, -9, 1)).norm(), 1.0);
+  EXPECT_DOUBLE_EQ(m.scale(), std::sqrt(49.0 + 64.0 + 100.0));
+  EXPECT_EQ(m.transpose()(3, 0), -100.0);
+  EXPECT_TRUE(std::isnan(fromColumns({kNaN, 0, 0}, {0, 1, 0}, {0, 0, 1}).norm()));
+}
+
+TEST(KrGeMatrix3d, ProductIsSafeWhenTheResultAliasesAnOperand) {
+  const KrGeMatrix3d a = KrGeMatrix3d::rotation(0.3, KrGeVector3d(1, 2, 3), KrGePoint3d(1, 0, 0));
+  const KrGeMatrix3d b = KrGeMatrix3d::scaling(2.5, KrGePoint3d(0, 4, 0));
+  const KrGeMatrix3d expected = a * b;
+  KrGeMatrix3d left = a, right = b;
+  EXPECT_EQ(maxDifference(left.postMultBy(b), expected), 0.0);
+  EXPECT_EQ(maxDifference(right.preMultBy(a), expected), 0.0);
+  KrGeMatrix3d self = a;
+  self.setToProduct(self, self);
+  EXPECT_EQ(maxDifference(self, a * a), 0.0);
+  const KrGePoint3d p(3, -1, 2);
+  EXPECT_LE(((a * b) * p).distanceTo(a * (b * p)), 1e-14);
+}
+
+TEST(KrGeMatrix3d, RotationExamplesAndZeroAxis) {
+  const KrGeMatrix3d z = KrGeMatrix3d::rotation(kPi / 2, KrGeVector3d(0, 0, 1), KrGePoint3d(1, 0, 0));
+  EXPECT_TRUE((z * KrGePoint3d(2, 0, 0)).isEqualTo(KrGePoint3d(1, 1, 0), tolerance(1e-15)));
+  const KrGeMatrix3d framed = KrGeMatrix3d::rotation(kPi / 2, KrGeVector3d(0, 0, 2), KrGePoint3d(1, 0, 0));
+  EXPECT_LE(maxDifference(framed, z), 1e-15);
+  const KrGeMatrix3d zero = KrGeMatrix3d::rotation(1.0, KrGeVector3d(0, 0, 0), KrGePoint3d(5, 6, 7));
+  EXPECT_EQ(maxDifference(zero, KrGeMatrix3d::kIdentity), 0.0);
+  // An axis at the zero-length tolerance is zero; twice that is an axis.
+  EXPECT_EQ(maxDifference(KrGeMatrix3d::rotation(1.0, KrGeVector3d(1e-10, 0, 0)), KrGeMatrix3d::kIdentity), 0.0);
+  EXPECT_GT(maxDifference(KrGeMatrix3d::rotation(1.0, KrGeVector3d(2e-10, 0, 0)), KrGeMatrix3d::kIdentity), 0.1);
+}
+
+TEST(KrGeMatrix3d, RotationPreservesAxisLengthsAndAnglesAndMatchesRodrigues) {
+  algebra_test::Random random(424242);
+  SCOPED_TRACE(random.trace());
+  for (int i = 0; i < 1000; ++i) {
+    const KrGeVector3d axis = i % 10 == 0 ? KrGeVector3d(0, 0, random.uniform(0.5, 3)) : random.vector(-3, 3);
+    const KrGePoint3d centre = random.point(100);
+    const double angle = random.uniform(-10, 10);
+    const KrGeMatrix3d r = KrGeMatrix3d::rotation(angle, axis, centre);
+    ASSERT_NEAR(r.det(), 1.0, 1e-14);
+    ASSERT_LE((r * axis - axis).length(), 1e-14 * axis.length());
+    ASSERT_LE((r * (centre + axis)).distanceTo(centre + axis), 1e-12);
+    const KrGeVector3d u = random.vector(-2, 2), w = random.vector(-2, 2);
+    ASSERT_NEAR((r * u).length(), u.length(), 1e-14 * u.length());
+    ASSERT_NEAR((r * u).angleTo(r * w), u.angleTo(w), 1e-13);
+    const KrGePoint3d p = random.point(100);
+    ASSERT_LE((r * p).distanceTo(rodrigues(p, angle, axis, centre)), 1e-12);
+  }
+}
+
+TEST(KrGeMatrix3d, InverseTimesMatrixIsIdentity) {
+  algebra_test::Random random(8675309);
+  SCOPED_TRACE(random.trace());
+  for (int i = 0; i < 2000; ++i) {
+    const KrGeVector3d x = random.unitVector(), y = random.unitVector(), z = random.unitVector();
+    if (std::fabs(x.crossProduct(y).dotProduct(z)) < 0.2) continue;  // well-conditioned only
+    const double s = random.logUniform(-2, 2);
+    const KrGeMatrix3d m = fromColumns(x * s, y * s, z * s, random.point(10));
+    const KrGeMatrix3d product = m.inverse() * m;
+    ASSERT_LE(maxDifference(product, KrGeMatrix3d::kIdentity), 1e-12) << i;
+    KrGeMatrix3d inverted = m;
+    ASSERT_LE(maxDifference(inverted.invert().invert(), m), 1e-12 * (1 + 10 / std::fabs(s)));
+  }
+}
+
+TEST(KrGeMatrix3d, InverseIgnoresToleranceAndLeavesTheFourthRow) {
+  KrGeMatrix3d result;
+  for (unsigned j = 0; j < 4; ++j) result(3, j) = 7.0;
+  const KrGeMatrix3d singular = fromColumns({0, 0, 0}, {0, 1, 0}, {0, 0, 1});
+  EXPECT_TRUE(singular.inverse(result, tolerance(1.0)));
+  EXPECT_FALSE(std::isfinite(result(0, 0)));
+  for (unsigned j = 0; j < 4; ++j) EXPECT_EQ(result(3, j), 7.0);
+  KrGeMatrix3d odd = KrGeMatrix3d::scaling(2.0);
+  odd(3, 1) = 5.0;
+  EXPECT_EQ(odd.inverse()(3, 1), 5.0);  // inverse() starts from a copy
+  EXPECT_EQ(odd.inverse()(0, 0), 0.5);
+}
+
+TEST(KrGeMatrix3d, SingularIsPairwiseNotADeterminant) {
+  const struct { const char* name; KrGeVector3d x, y, z; bool singular; } rows[] = {
+      {"coplanar distinct", {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, false},
+      {"x parallel y", {1, 0, 0}, {2, 0, 0}, {0, 0, 1}, true},
+      {"z antiparallel x", {1, 0, 0}, {0, 1, 0}, {-3, 0, 0}, true},
+      {"zero column at tolerance", {1, 0, 0}, {0, 1e-10, 0}, {0, 0, 1}, true},
+      {"short column above tolerance", {1, 0, 0}, {0, 2e-10, 0}, {0, 0, 1}, false},
+      {"identity", {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(fromColumns(row.x, row.y, row.z).isSingular(), row.singular);
+  }
+}
+
+TEST(KrGeMatrix3d, OrthogonalityTestsUseAbsoluteLengths) {
+  KrGeMatrix3d m = KrGeMatrix3d::scaling(1.0);
+  m(1, 1) = 1 + 5e-11;
+  EXPECT_TRUE(m.isUniScaledOrtho());
+  m = KrGeMatrix3d::scaling(1000.0);
+  m(1, 1) = 1000 + 2e-10;
+  EXPECT_FALSE(m.isUniScaledOrtho());
+  EXPECT_TRUE(m.isScaledOrtho());
+  EXPECT_FALSE(fromColumns({1, 0, 0}, {0, 1, 0}, {0, 0, 1e-10}).isScaledOrtho());  // not strictly longer
+  EXPECT_TRUE(fromColumns({1, 0, 0}, {0, 1, 0}, {0, 0, 2e-10}).isScaledOrtho());
+  EXPECT_FALSE(fromColumns({1, 0, 0}, {0.1, 1, 0}, {0, 0, 1}).isScaledOrtho());
+  EXPECT_TRUE(KrGeMatrix3d::rotation(0.7, KrGeVector3d(1, 2, 3)).isUniScaledOrtho());
+  EXPECT_FALSE(fromColumns({kNaN, 0, 0}, {0, 1, 0}, {0, 0, 1}).isUniScaledOrtho());
+}
+
+TEST(KrGeMatrix3d, EqualityComparesTranslationWithEqualVector) {
+  KrGeTol tol;
+  tol.setEqualPoint(1.0);
+  tol.setEqualVector(1e-6);
+  const KrGeMatrix3d a = KrGeMatrix3d::translation(KrGeVector3d(1, 2, 3));
+  EXPECT_TRUE(a.isEqualTo(KrGeMatrix3d::translation(KrGeVector3d(1, 2, 3 + 0.9e-6)), tol));
+  EXPECT_FALSE(a.isEqualTo(KrGeMatrix3d::translation(KrGeVector3d(1, 2, 3 + 2e-6)), tol));
+  KrGeMatrix3d b = a;
+  b(3, 2) = 99;
+  EXPECT_TRUE(a == b);
+  b(0, 1) = 2e-10;
+  EXPECT_TRUE(a != b);
+}
+
+TEST(KrGeMatrix3d, MirroringThroughAPointTwiceIsIdentity) {
+  const KrGePoint3d c(1, -2, 3);
+  const KrGeMatrix3d m = KrGeMatrix3d::mirroring(c);
+  EXPECT_TRUE((m * KrGePoint3d(2, 0, 0)).isEqualTo(KrGePoint3d(0, -4, 6)));
+  EXPECT_LE(maxDifference(m * m, KrGeMatrix3d::kIdentity), 1e-15);
+  EXPECT_EQ(m.det(), -1.0);
+}
+
+TEST(KrGeMatrix3d, PlaneToWorldIsARightHandedOrthonormalFrame) {
+  algebra_test::Random random(12);
+  SCOPED_TRACE(random.trace());
+  for (int i = 0; i < 500; ++i) {
+    const KrGeVector3d n = random.vector(-5, 5);
+    const KrGeMatrix3d frame = KrGeMatrix3d::planeToWorld(n);
+    ASSERT_TRUE(frame.isUniScaledOrtho(tolerance(1e-14)));
+    ASSERT_NEAR(frame.det(), 1.0, 1e-14);
+    ASSERT_LE((frame * KrGeVector3d(0, 0, 1) - n.normal()).length(), 1e-15);
+    ASSERT_LE(maxDifference(KrGeMatrix3d::worldToPlane(n) * frame, KrGeMatrix3d::kIdentity), 1e-14);
+  }
+}
+
+TEST(KrGeMatrix3d, AlignCoordSysMapsTheSourceFrameOntoTheTarget) {
+  algebra_test::Random random(2718);
+  SCOPED_TRACE(random.trace());
+  for (int i = 0; i < 500; ++i) {
+    const KrGePoint3d fromO = random.point(50), toO = random.point(50);
+    const KrGeVector3d fx = random.vector(-1, 1), fy = random.vector(-1, 1), fz = random.vector(-1, 1);
+    if (std::fabs(fx.normal().crossProduct(fy.normal()).dotProduct(fz.normal())) < 0.2) continue;
+    const KrGeVector3d tx = random.vector(-1, 1), ty = random.vector(-1, 1), tz = random.vector(-1, 1);
+    const KrGeMatrix3d m = KrGeMatrix3d::alignCoordSys(fromO, fx, fy, fz, toO, tx, ty, tz);
+    const double scale = 1e-11 * (1 + 100 * (tx.length() + ty.length() + tz.length()) /
+                                          (fx.length() * fy.length() * fz.length()));
+    ASSERT_LE((m * fromO).distanceTo(toO), scale * 50);
+    ASSERT_LE((m * fx - tx).length(), scale);
+    ASSERT_LE((m * fy - ty).length(), scale);
+    ASSERT_LE((m * (fromO + fz)).distanceTo(toO + tz), scale * 50);
+  }
+}
+
+TEST(KrGeMatrix3d, ScalingKeepsTheCentreAndSetTranslationKeepsTheBlock) {
+  const KrGePoint3d c(1, 2, 3);
+  EXPECT_TRUE((KrGeMatrix3d::scaling(3.0, c) * c).isEqualTo(c));
+  EXPECT_TRUE((KrGeMatrix3d::scaling(3.0, c) * KrGePoint3d(2, 2, 3)).isEqualTo(KrGePoint3d(4, 2, 3)));
+  KrGeMatrix3d t = KrGeMatrix3d::rotation(1.0, KrGeVector3d(1, 1, 0));
+  t.setTranslation(KrGeVector3d(4, 5, 6));
+  EXPECT_NE(t(0, 0), 1.0);
+  const KrGeMatrix3d fromVector = KrGeVector3d(4, 5, 6);
+  EXPECT_TRUE(fromVector.isEqualTo(t * t.inverse() * KrGeMatrix3d::translation(KrGeVector3d(4, 5, 6))));
+}
+
+TEST(KrGeMatrix3d, NonFiniteInputNeverCrashes) {
+  for (double s : {kNaN, std::numeric_limits<double>::infinity(), 1e308}) {
+    SCOPED_TRACE(s);
+    const KrGeMatrix3d m = fromColumns({s, 0, 0}, {0, 1, 0}, {0, 0, 1}, {s, s, s});
+    (void)(KrGeMatrix3d::rotation(s, KrGeVector3d(s, 1, 0), KrGePoint3d(s, 0, 0)) * m.inverse());
+    (void)KrGeMatrix3d::planeToWorld(KrGeVector3d(s, 0, s));
+    EXPECT_FALSE(m.isUniScaledOrtho());
+  }
+}

@@ -1,0 +1,285 @@
+#include "KrsDiagnostics.h"
+
+#include "support/ProbeSession.h"
+#include "testkit/MonitorCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+using testkit::MonitorCapture;
+using testkit::Record;
+
+namespace {
+
+constexpr unsigned kCheckKind = 0x08040100u;
+constexpr unsigned kTextKind = 0x0C080100u;
+
+class KrsDiagnosticsTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    ASSERT_TRUE(MonitorCapture::active());
+    MonitorCapture::clear();
+  }
+  void TearDown() override { KrsSetWarningsEnabled(true); }
+};
+
+std::string programName() {
+  char path[4096] = {};
+  const ssize_t n = readlink("/proc/self/exe", path, sizeof path - 1);
+  const std::string full(path, n > 0 ? static_cast<std::size_t>(n) : 0);
+  return full.substr(full.rfind('/') + 1);
+}
+
+// Error-return macros inside functions shaped like the implementation classes' methods.
+int failingStep() { return static_cast<int>(0x80070057u); }
+int succeedingStep() { return 0; }
+int retErr() { KRS_RETERR(-1); }
+int retErrIf(int value) {
+  KRS_RETERRIF(value < 0, 0x80004005u, -2);
+  return value;
+}
+int errRet2() {
+  KRS_ERRRET2(succeedingStep(), -4);
+  KRS_ERRRET2(failingStep(), -3);
+  return 0;
+}
+int errContinue2() {
+  int steps = 0;
+  KRS_ERRCONTINUE2(failingStep());
+  ++steps;
+  return steps;
+}
+void notTestedOperation() { KRS_AUTOTEST("KrGeMatrix2d KrGeMatrix2d::mirroring(const KrGeLine2d& line)"); }
+bool notImplementedOperation() {
+  KRS_NOT_IMPLEMENTED_AT("KrGeMatrix2d", 77);
+  return false;
+}
+
+}  // namespace
+
+// ---- records sent in this process ----------------------------------------------------------
+
+TEST_F(KrsDiagnosticsTest, Warning_IsSentEveryTimeWithItsKindCodeSourceAndLine) {
+  const int line = __LINE__ + 2;
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(KRS_WARN("degenerated normal, OZ used"));
+  }
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 2u);
+  for (const Record& record : records) {
+    EXPECT_EQ(record.message, "WARNING 'degenerated normal, OZ used'");
+    EXPECT_EQ(record.kind, kTextKind);
+    EXPECT_EQ(record.code, 25790u);
+    EXPECT_EQ(record.source, __FILE__);
+    EXPECT_EQ(record.line, static_cast<unsigned>(line));
+    EXPECT_EQ(record.magic, 1400u);
+    EXPECT_EQ(record.processId, static_cast<unsigned>(getpid()));
+    EXPECT_EQ(record.threadId, static_cast<unsigned>(getpid()));  // the main thread
+    EXPECT_EQ(record.executable, programName());
+  }
+  EXPECT_TRUE(KRS_WARN_AT("not correct input data", "Vector3d", 256));
+  const auto named = MonitorCapture::drain();
+  ASSERT_EQ(named.size(), 1u);
+  EXPECT_EQ(named[0].source, "Vector3d");
+  EXPECT_EQ(named[0].line, 256u);
+}
+
+TEST_F(KrsDiagnosticsTest, Warning_GlobalSwitchSilencesWarningsOnly) {
+  KrsSetWarningsEnabled(false);
+  EXPECT_FALSE(KrsWarningsEnabled());
+  EXPECT_FALSE(KRS_WARN("silenced"));
+  EXPECT_FALSE(KrsReportWarning(L"silenced", "x", 1));
+  EXPECT_EQ(retErr(), -1);  // errors still go out
+  KrsSetWarningsEnabled(true);
+  EXPECT_TRUE(KRS_WARN("back"));
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(records[0].message, "ERROR(8000FFFF) 'RETERR marco'");
+  EXPECT_EQ(records[1].message, "WARNING 'back'");
+}
+
+TEST_F(KrsDiagnosticsTest, Warning_TextsTravelAsUtf8) {
+  struct Row {
+    const char* name;
+    const wchar_t* wide;
+    const char* narrow;
+    const char* expected;
+  };
+  const Row rows[] = {
+      {"Latin-1 and euro", L"Gr\u00F6\u00DFe \u20AC", "Gr\xC3\xB6\xC3\x9F" "e \xE2\x82\xAC", "Gr\xC3\xB6\xC3\x9F" "e \xE2\x82\xAC"},
+      {"outside the BMP", L"clef \U0001D11E", "clef \xF0\x9D\x84\x9E", "clef \xF0\x9D\x84\x9E"},
+      {"empty", L"", "", ""},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    KrsReportWarning(row.wide, "src", 1);
+    KrsReportWarningA(row.narrow, "src", 2);
+    const auto records = MonitorCapture::drain();
+    ASSERT_EQ(records.size(), 2u);
+    for (const Record& record : records) EXPECT_EQ(record.message, std::string("WARNING '") + row.expected + "'");
+  }
+  // A byte that is not UTF-8 stands for itself (Latin-1): 0xFF is U+00FF.
+  KrsReportWarningA("bad \xFF byte", "src", 3);
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].message, "WARNING 'bad \xC3\xBF byte'");
+}
+
+TEST_F(KrsDiagnosticsTest, Report_LongTextIsCutAt2047CharactersAndNullsAreHarmless) {
+  const std::string longText(5000, 'x');
+  EXPECT_TRUE(KRS_WARN(longText.c_str()));
+  EXPECT_TRUE(KrsReportWarningA(nullptr, nullptr, 9));
+  EXPECT_TRUE(KrsReportWarning(nullptr, "src", -5));
+  EXPECT_TRUE(KrsReportError(1, nullptr, nullptr, 0));
+  const std::string wideLong(3000, 'y');
+  EXPECT_TRUE(KrsReportNotTested(wideLong.c_str(), "src", 1));
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 5u);
+  EXPECT_EQ(records[0].message, ("WARNING '" + longText).substr(0, 2047));
+  EXPECT_EQ(records[1].message, "WARNING ''");
+  EXPECT_EQ(records[1].source, "");  // an unreadable source name travels as length 0
+  EXPECT_EQ(records[1].line, 9u);
+  EXPECT_EQ(records[2].line, static_cast<unsigned>(-5));
+  EXPECT_EQ(records[3].message, "ERROR(1) ''");
+  EXPECT_EQ(records[4].message, ("AUTOTEST not passed for \"" + wideLong).substr(0, 2047));
+}
+
+TEST_F(KrsDiagnosticsTest, ErrorMacros_SendTheirTextsAndCodes) {
+  EXPECT_EQ(retErr(), -1);
+  EXPECT_EQ(retErrIf(5), 5);
+  EXPECT_EQ(retErrIf(-5), -2);
+  EXPECT_EQ(errRet2(), -3);
+  EXPECT_EQ(errContinue2(), 1);
+  const auto records = MonitorCapture::drain();
+  const char* expected[] = {
+      "ERROR(8000FFFF) 'RETERR marco'",
+      "ERROR(80004005) 'RETERRIF marco, expr: value < 0'",
+      "ERROR(80070057) 'ERRRET2 marco, expr:failingStep() '",
+      "ERROR(80070057) 'ERRCONTINUE2 marco, expr:failingStep() '",
+  };
+  ASSERT_EQ(records.size(), 4u);
+  for (std::size_t i = 0; i < 4; ++i) {
+    SCOPED_TRACE(i);
+    EXPECT_EQ(records[i].message, expected[i]);
+    EXPECT_EQ(records[i].kind, kTextKind);
+    EXPECT_EQ(records[i].code, 190u);
+    EXPECT_EQ(records[i].source, __FILE__);
+  }
+}
+
+TEST_F(KrsDiagnosticsTest, Autotest_NoticeIsSentOncePerOperation) {
+  for (int i = 0; i < 3; ++i) notTestedOperation();
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].message,
+            "AUTOTEST not passed for \"KrGeMatrix2d KrGeMatrix2d::mirroring(const KrGeLine2d& line)\"");
+  EXPECT_EQ(records[0].kind, kCheckKind);
+  EXPECT_EQ(records[0].code, 25790u);
+}
+
+TEST_F(KrsDiagnosticsTest, Assertion_SitesReportTheirWrittenExpressionOnce) {
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(notImplementedOperation());
+  int numDeriv = -1;
+  const int failLine = __LINE__ + 1;
+  for (int i = 0; i < 2; ++i) KRS_FAIL_IF(numDeriv<0);
+  const int assertLine = __LINE__ + 1;
+  for (int i = 0; i < 2; ++i) KRS_ASSERT(numDeriv >= 0 && numDeriv < 3);
+  KRS_CHECK_TEXT_AT(false, KRS_E_INVALIDARG_TEXT, "KrGeCurve3d", 12);
+  KRS_ASSERT(numDeriv == -1);  // holds: silent
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 4u);
+  EXPECT_EQ(records[0].message, testkit::assertionText("(((HRESULT)0x80004001L))", "KrGeMatrix2d", 77));
+  EXPECT_EQ(records[1].message, testkit::assertionText("(numDeriv<0)", __FILE__, failLine));
+  EXPECT_EQ(records[2].message, testkit::assertionText("(numDeriv >= 0 && numDeriv < 3)", __FILE__, assertLine));
+  EXPECT_EQ(records[3].message, testkit::assertionText("(((HRESULT)0x80070057L))", "KrGeCurve3d", 12));
+  for (const Record& record : records) {
+    EXPECT_EQ(record.kind, kCheckKind);
+    EXPECT_EQ(record.code, 190u);
+  }
+}
+
+TEST_F(KrsDiagnosticsTest, Report_CarriesTheReportingThread) {
+  unsigned threadId = 0;
+  std::thread worker([&] {
+    threadId = static_cast<unsigned>(syscall(SYS_gettid));
+    KRS_WARN("from a worker");
+  });
+  worker.join();
+  const auto records = MonitorCapture::drain();
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].threadId, threadId);
+  EXPECT_NE(records[0].threadId, static_cast<unsigned>(getpid()));
+}
+
+// ---- host processes: the assertion state is decided at load -------------------------------
+
+TEST(KrsDiagnosticsProcess, CheckViolatedTwiceGivesExactlyOneAssertionRecord) {
+  probe::Session session({});
+  ASSERT_TRUE(session.ok());
+  EXPECT_EQ(session.call("state"), "assert=1 host=1 switches=0");
+  EXPECT_EQ(session.call("violate 2"), "done");
+  const auto records = testkit::recordsOf(session.received());
+  ASSERT_EQ(records.size(), 1u);
+  const Record& record = records[0];
+  EXPECT_EQ(record.message, testkit::assertionText("(nIndex >= 0)", "KrsTempl", static_cast<int>(record.line)));
+  EXPECT_EQ(record.source, "KrsTempl");
+  EXPECT_EQ(record.kind, kCheckKind);
+  EXPECT_EQ(record.code, 190u);
+  EXPECT_EQ(record.magic, 1400u);
+  EXPECT_EQ(record.processId, static_cast<unsigned>(session.process().pid()));
+  EXPECT_EQ(record.threadId, record.processId);
+  EXPECT_EQ(record.executable, "krgel_probe_host");
+  EXPECT_EQ(session.call("violate 3"), "done");
+  EXPECT_TRUE(testkit::recordsOf(session.received()).empty());
+  EXPECT_EQ(session.quit(), 0);
+}
+
+TEST(KrsDiagnosticsProcess, WarningsAreSentEveryTimeWhileAssertionsStayOff) {
+  const probe::Setup setups[] = {{"[lw]\nkrsassert=0\n", true, true}, {"", false, true}};
+  for (const probe::Setup& setup : setups) {
+    SCOPED_TRACE(setup.writeSettings ? setup.settings : "no lw.ini");
+    probe::Session session(setup);
+    ASSERT_TRUE(session.ok());
+    EXPECT_EQ(session.call("state"), "assert=0 host=0 switches=0");
+    EXPECT_EQ(session.call("violate 2"), "done");
+    EXPECT_EQ(session.call("warn-many 3"), "sent=3");
+    const auto records = testkit::recordsOf(session.received());
+    ASSERT_EQ(records.size(), 3u);
+    for (const Record& record : records) {
+      EXPECT_EQ(record.message, "WARNING 'probe warning'");
+      EXPECT_EQ(record.kind, kTextKind);
+      EXPECT_EQ(record.code, 25790u);
+    }
+    EXPECT_EQ(session.quit(), 0);
+  }
+}
+
+TEST(KrsDiagnosticsProcess, MonitorStartedAfterLoadDoesNotEnableAssertions) {
+  probe::Session session({"[lw]\nkrsassert=1\n", true, false});
+  ASSERT_TRUE(session.ok());
+  EXPECT_EQ(session.call("state"), "assert=0 host=0 switches=0");
+  session.startMonitor();
+  ASSERT_TRUE(session.hasMonitor());
+  EXPECT_EQ(session.call("violate 1"), "done");
+  EXPECT_EQ(session.call("warn late"), "sent=1");  // the text channel looks up on its first report
+  EXPECT_EQ(session.call("state"), "assert=0 host=0 switches=0");
+  const auto records = testkit::recordsOf(session.received());
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].message, "WARNING 'late'");
+  EXPECT_EQ(session.quit(), 0);
+}
+
+TEST(KrsDiagnosticsProcess, AttachAndDetachLinesArrive) {
+  probe::Session session({});
+  ASSERT_TRUE(session.ok());
+  EXPECT_EQ(session.call("state"), "assert=1 host=1 switches=0");
+  EXPECT_EQ(testkit::textsOf(session.received()), std::vector<std::string>{"KRGEL.DLL process attach\n"});
+  EXPECT_EQ(session.quit(), 0);
+  EXPECT_EQ(testkit::textsOf(session.received()), std::vector<std::string>{"KRGEL.DLL process detach\n"});
+}

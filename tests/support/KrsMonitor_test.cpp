@@ -1,0 +1,105 @@
+// The monitor channel seen from a host process: who counts as a monitor, and what happens when
+// it goes away, comes back or stops reading.
+#include "support/ProbeSession.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace {
+
+double secondsNow() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+}  // namespace
+
+TEST(KrsMonitor, SocketOwnedByAnotherUserIsNeverWrittenTo) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs root to give the socket to another user";
+  testkit::ScratchDir dir;
+  ASSERT_TRUE(dir.ok() && dir.copyLibrary() && dir.write("lw.ini", "[lw]\nkrsassert=1\n"));
+  testkit::TestMonitor squatter(dir.file("monitor"));
+  ASSERT_TRUE(squatter.ok());
+  ASSERT_EQ(chown(dir.file("monitor").c_str(), 65534, 65534), 0);
+  {
+    testkit::ChildProcess probe({{KRGEL_PROBE_HOST}, testkit::libraryEnvironment(dir, dir.file("monitor")), {}, -1});
+    EXPECT_EQ(probe.call("state"), "assert=0 host=0 switches=0");
+    EXPECT_EQ(probe.call("violate 2"), "done");
+    EXPECT_EQ(probe.call("warn secret"), "sent=0");
+    probe.closeInput();
+    EXPECT_EQ(probe.wait(10000), 0);
+  }
+  EXPECT_TRUE(squatter.receive(200).empty()) << "not even the attach and detach lines";
+}
+
+TEST(KrsMonitor, PathThatIsNotASocketIsLeftAlone) {
+  testkit::ScratchDir dir;
+  ASSERT_TRUE(dir.ok() && dir.copyLibrary() && dir.write("monitor", ""));
+  ASSERT_EQ(symlink(dir.file("monitor").c_str(), dir.file("link").c_str()), 0);
+  for (const char* name : {"monitor", "link"}) {
+    SCOPED_TRACE(name);
+    testkit::ChildProcess probe({{KRGEL_PROBE_HOST}, testkit::libraryEnvironment(dir, dir.file(name)), {}, -1});
+    EXPECT_EQ(probe.call("warn into a file"), "sent=0");
+    probe.closeInput();
+    EXPECT_EQ(probe.wait(10000), 0);
+  }
+  struct stat status;
+  ASSERT_EQ(stat(dir.file("monitor").c_str(), &status), 0);
+  EXPECT_EQ(status.st_size, 0);
+}
+
+TEST(KrsMonitor, MonitorThatVanishesAndReturnsIsFoundAgain) {
+  probe::Session session({});
+  ASSERT_TRUE(session.ok());
+  EXPECT_EQ(session.call("warn one"), "sent=1");
+  session.received();
+
+  // Gone between two reports: the report is dropped, the host carries on.
+  session.monitor().close();
+  EXPECT_EQ(session.call("warn two"), "sent=0");
+  EXPECT_EQ(session.call("violate 1"), "done");
+
+  // Back at the same place: found again by the lookup that runs at most once a second.
+  session.startMonitor();
+  ASSERT_TRUE(session.hasMonitor());
+  const double start = secondsNow();
+  std::string answer;
+  while ((answer = session.call("warn three")) != "sent=1" && secondsNow() - start < 5.0) usleep(50000);
+  EXPECT_EQ(answer, "sent=1");
+  EXPECT_GT(secondsNow() - start, 0.5) << "looked up again sooner than the once-a-second rule allows";
+  session.received();
+
+  // Replaced between two reports: the failed send makes one immediate new lookup.
+  session.monitor().close();
+  session.startMonitor();
+  EXPECT_EQ(session.call("warn four"), "sent=1");
+  const auto records = testkit::recordsOf(session.received());
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].message, "WARNING 'four'");
+  EXPECT_EQ(session.quit(), 0);
+  EXPECT_EQ(testkit::textsOf(session.received()), std::vector<std::string>{"KRGEL.DLL process detach\n"});
+}
+
+TEST(KrsMonitor, MonitorThatStopsReadingDelaysTheHostOnlyBriefly) {
+  probe::Session session({});
+  ASSERT_TRUE(session.ok());
+  const double start = secondsNow();
+  const std::string answer = session.call("warn-big 200");  // nobody reads the monitor's queue
+  const double elapsed = secondsNow() - start;
+  ASSERT_EQ(answer.rfind("sent=", 0), 0u) << answer;
+  const int sent = std::stoi(answer.substr(5));
+  EXPECT_GT(sent, 0);
+  EXPECT_LT(sent, 200);
+  EXPECT_LT(elapsed, 2.0);
+  // Once the monitor reads again, reports flow again (after the one-second pause in waiting).
+  session.received();
+  usleep(1100000);
+  EXPECT_EQ(session.call("warn-many 3"), "sent=3");
+  EXPECT_EQ(session.quit(), 0);
+}
