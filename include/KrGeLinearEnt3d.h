@@ -20,7 +20,8 @@ class KrLinearEnt3dImpl;
 // no method for it reports "(((HRESULT)0x80004001L))" and answers the origin.
 // projClosestPointTo measures distances in the plane perpendicular to the direction; a zero
 // direction reports "(!pEntity)" (or "(!pEntity1)"), another entity with non-finite data
-// "(!pEntity2)", and both then answer the plain closest points.
+// "(!pEntity2)", and both then answer the plain closest points. An entity seen end-on (its image
+// no longer than tol.equalPoint()) answers its point nearest to the given point in space.
 // The curve operations that make new entities, for linear entities:
 //   project: the image keeps the interval (parallel projection is affine); an entity seen end-on
 //     becomes a KrGePointEnt3d; a direction within the plane (|cos| <= equalVector) gives null.

@@ -19,7 +19,6 @@ constexpr std::size_t kDatagramSize = kHeaderWords * 4 + kMaxMessageChars * 4 + 
 struct ChannelContext {
   bool initialised = false;
   KrsPlatform::MonitorLink window;
-  unsigned processId = 0;
   char exePath[kExePathSize] = {};
   const char* exeName = exePath;
   std::size_t exeNameLength = 0;
@@ -35,7 +34,6 @@ void lookUp(ChannelContext& context) {
 }
 
 void initialise(ChannelContext& context) {
-  context.processId = KrsPlatform::processId();
   if (!KrsPlatform::executablePath(context.exePath, sizeof context.exePath)) context.exePath[0] = '\0';
   const char* slash = std::strrchr(context.exePath, '/');
   context.exeName = slash ? slash + 1 : context.exePath;
@@ -111,10 +109,12 @@ bool send(Channel channel, const wchar_t* message, const char* source, int line,
   const std::size_t exeOffset = messageBytes + sourceBytes;
   std::memcpy(payload + exeOffset, context.exeName, context.exeNameLength);
 
+  // Taken per report, not from the context: a forked child reports under its own id.
+  const std::uint32_t processId = KrsPlatform::processId();
   const std::uint32_t words[kHeaderWords] = {
       kMessageNumber,
-      context.processId,
-      context.processId,
+      processId,
+      processId,
       KrsPlatform::threadId(),
       static_cast<std::uint32_t>(messageBytes),
       0,

@@ -11,8 +11,9 @@ enum Channel { kTextChannel = 0, kAssertChannel = 1, kErrorChannel = 2, kChannel
 // True when the channel has a monitor to send to (cheap; no system call in the common case).
 bool available(Channel channel);
 
-// Sends one record: the message (at most 2047 characters are sent), the source name and line,
-// kind and code. Answers whether the record was delivered.
+// Sends one record: the message (at most 2047 characters are sent), the source name (null:
+// sent as length 0) and line, kind and code. Waits at most 100 ms for a monitor whose queue is
+// full. Answers whether the record was delivered.
 bool send(Channel channel, const wchar_t* message, const char* source, int line, unsigned kind, unsigned code);
 
 // Wire-format constants (see docs/monitor-protocol.md).

@@ -197,8 +197,8 @@ void KrLinearEnt3dImpl::getSamplePoints(double fromParam, double toParam, double
   pointArray[1] = evalPoint(toParam);
 }
 
-// An open side is represented by a point 1e12 directions away; the 1e-8 added to all three
-// coordinates on both sides is kept as it always was.
+// An open side is represented by a point 1e12 directions away, with 1e-8 added to all three of
+// its coordinates (on both sides alike: hosts rely on those exact corners).
 KrGeBoundBlock3d KrLinearEnt3dImpl::boundBlock(const KrGeInterval& range) const {
   const KrGeVector3d bump(1e-8, 1e-8, 1e-8);
   const KrGePoint3d lower = range.isBoundedBelow() ? evalPoint(range.lowerBound())

@@ -126,6 +126,11 @@ KrGePoint3d KrLinearEnt3dImpl::projClosestPointTo(const KrGePoint3d& point, cons
   const KrLinearSpan* pEntity = seenAlong(span(), m_origin, projectDirection, seen);
   KRS_FAIL_IF(!pEntity);
   if (!pEntity) return closestPointTo(point, tol);
+  // Seen end-on (its image no longer than tol.equalPoint()) every point of the entity looks the
+  // same: the one nearest in space is taken. A line's image is infinite unless its direction
+  // vanishes in the view (0 * inf is NaN and fails the test as wanted).
+  const double imageLength = pEntity->direction.length() * (m_upper - m_lower);
+  if (!(imageLength > tol.equalPoint())) return closestPointTo(point, tol);
   KrLinearSpan target;
   target.origin = point;
   target.lower = target.upper = 0.0;

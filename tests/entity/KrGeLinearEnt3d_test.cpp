@@ -472,6 +472,9 @@ TEST(KrGeLinearEnt3dProject, ProjIntersectWith_IgnoresItsToleranceArgument) {
   const KrGePoint3d plain = a.projClosestPointTo(KrGePoint3d(3, 4, 5), KrGeVector3d());
   EXPECT_EQ(plain, KrGePoint3d(3, 0, 0));
   EXPECT_EQ(linear_test::countAssertions(MonitorCapture::drain(), "(!pEntity)"), 1);
+  // Seen end-on, the segment's point nearest in space is the answer.
+  const KrGeLineSeg3d upright(KrGePoint3d(1, 1, 0), KrGePoint3d(1, 1, 10));
+  EXPECT_EQ(upright.projClosestPointTo(KrGePoint3d(5, 5, 7), KrGeVector3d(0, 0, 1)), KrGePoint3d(1, 1, 7));
 }
 
 TEST(KrGeLinearEnt3dLocal, NeighbourhoodsRestrictTheSearch) {

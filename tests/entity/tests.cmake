@@ -1,5 +1,6 @@
 list(APPEND KRGEL_TEST_SOURCES
   entity/KrGeEntity3d_test.cpp
+  entity/KrEnt3dImpl_test.cpp
   entity/KrGeCurve3d_test.cpp
   entity/KrGeLinearEnt3d_test.cpp
   entity/KrGeLine3d_test.cpp
@@ -10,3 +11,6 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/KrGePlaneOps_test.cpp
   entity/KrGePointOnCurve3d_test.cpp
 )
+# This test reaches the library's hidden implementation root, whose type information stays
+# inside the library: the sanitizer's dynamic-type check cannot see it there.
+set_source_files_properties(entity/KrEnt3dImpl_test.cpp PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
