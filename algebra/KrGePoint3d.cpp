@@ -28,11 +28,3 @@ KrGePoint3d& KrGePoint3d::scaleBy(double factor, const KrGePoint3d& centre) {
   return *this = scaling * *this;
 }
 
-void* KrGePoint3d::operator new(std::size_t size) noexcept { return std::malloc(size ? size : 1); }
-void* KrGePoint3d::operator new[](std::size_t size) noexcept { return std::malloc(size ? size : 1); }
-void KrGePoint3d::operator delete(void* memory) noexcept { std::free(memory); }
-void KrGePoint3d::operator delete[](void* memory) noexcept { std::free(memory); }
-void* KrGePoint3d::operator new(std::size_t size, const char*, int) noexcept {
-  return std::malloc(size ? size : 1);
-}
-void KrGePoint3d::operator delete(void* memory, const char*, int) noexcept { std::free(memory); }

@@ -96,12 +96,15 @@ bool KrGeVector3d::isPerpendicularTo(const KrGeVector3d& v, const KrGeTol& tol) 
   return isPerpendicularTo(v, tol, status);
 }
 
+namespace {
+
 // Directions are compared as unit vectors: |a - b| is the chord between them on the unit
-// sphere, 2 sin(angle / 2), about the angle itself for the small tolerances in use.
-bool KrGeVector3d::isParallelTo(const KrGeVector3d& v, const KrGeTol& tol,
-                                KrGe::ErrorCondition& status) const {
+// sphere, 2 sin(angle / 2), about the angle itself for the small tolerances in use. A vector
+// whose components are all exactly zero has no direction and passes, with its status.
+bool sameDirection(const KrGeVector3d& self, const KrGeVector3d& v, const KrGeTol& tol,
+                   KrGe::ErrorCondition& status, bool allowOpposite) {
   status = KrGe::kOk;
-  if (x == 0.0 && y == 0.0 && z == 0.0) {
+  if (self.x == 0.0 && self.y == 0.0 && self.z == 0.0) {
     status = KrGe::k0This;
     return true;
   }
@@ -109,9 +112,16 @@ bool KrGeVector3d::isParallelTo(const KrGeVector3d& v, const KrGeTol& tol,
     status = KrGe::k0Arg1;
     return true;
   }
-  const KrGeVector3d a = normal(KrGeContext::gTol);
+  const KrGeVector3d a = self.normal(KrGeContext::gTol);
   const KrGeVector3d b = v.normal(KrGeContext::gTol);
-  return (a - b).length() <= tol.equalVector() || (a + b).length() <= tol.equalVector();
+  return (a - b).length() <= tol.equalVector() || (allowOpposite && (a + b).length() <= tol.equalVector());
+}
+
+}  // namespace
+
+bool KrGeVector3d::isParallelTo(const KrGeVector3d& v, const KrGeTol& tol,
+                                KrGe::ErrorCondition& status) const {
+  return sameDirection(*this, v, tol, status, true);
 }
 
 bool KrGeVector3d::isParallelTo(const KrGeVector3d& v, const KrGeTol& tol) const {
@@ -121,18 +131,7 @@ bool KrGeVector3d::isParallelTo(const KrGeVector3d& v, const KrGeTol& tol) const
 
 bool KrGeVector3d::isCodirectionalTo(const KrGeVector3d& v, const KrGeTol& tol,
                                      KrGe::ErrorCondition& status) const {
-  status = KrGe::kOk;
-  if (x == 0.0 && y == 0.0 && z == 0.0) {
-    status = KrGe::k0This;
-    return true;
-  }
-  if (v.x == 0.0 && v.y == 0.0 && v.z == 0.0) {
-    status = KrGe::k0Arg1;
-    return true;
-  }
-  const KrGeVector3d a = normal(KrGeContext::gTol);
-  const KrGeVector3d b = v.normal(KrGeContext::gTol);
-  return (a - b).length() <= tol.equalVector();
+  return sameDirection(*this, v, tol, status, false);
 }
 
 bool KrGeVector3d::isCodirectionalTo(const KrGeVector3d& v, const KrGeTol& tol) const {
@@ -227,11 +226,3 @@ KrGeVector3d::operator KrGeMatrix3d() const {
   return result;
 }
 
-void* KrGeVector3d::operator new(std::size_t size) noexcept { return std::malloc(size ? size : 1); }
-void* KrGeVector3d::operator new[](std::size_t size) noexcept { return std::malloc(size ? size : 1); }
-void KrGeVector3d::operator delete(void* memory) noexcept { std::free(memory); }
-void KrGeVector3d::operator delete[](void* memory) noexcept { std::free(memory); }
-void* KrGeVector3d::operator new(std::size_t size, const char*, int) noexcept {
-  return std::malloc(size ? size : 1);
-}
-void KrGeVector3d::operator delete(void* memory, const char*, int) noexcept { std::free(memory); }

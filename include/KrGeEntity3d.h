@@ -9,6 +9,7 @@
 #include "KrGeContext.h"
 #include "KrGeForward.h"
 #include "KrGeLExport.h"
+#include "KrsHeapObject.h"
 #include "KrGePoint3d.h"
 #include "KrGeTol.h"
 #include "KrGeVector3d.h"
@@ -18,7 +19,7 @@ class KrEnt3dImpl;
 // Every virtual operation forwards to the implementation slot of the same number. Copies are
 // deep (copy(), the copy constructors of concrete classes, operator= through this class);
 // operator= between entities of different type() changes nothing.
-class KRGEL_API KrGeEntity3d {
+class KRGEL_API KrGeEntity3d : public KrsHeapObject {
 public:
   // Slot 0: deletes the implementation through its virtual destructor.
   virtual ~KrGeEntity3d();
@@ -55,17 +56,6 @@ public:
   // Slot 13: the point lies on the entity within tol.equalPoint() ("<=" counts as on).
   virtual bool isOn(const KrGePoint3d& point, const KrGeTol& tol = KrGeContext::gTol) const;
 
-  // Class-level allocation on the general heap (malloc/free), inherited by every facade. The
-  // plain forms are noexcept and answer null when the heap is exhausted; the placement form
-  // returns `place`; the debug form ignores file and line.
-  static void* operator new(std::size_t size) noexcept;
-  static void* operator new[](std::size_t size) noexcept;
-  static void operator delete(void* memory) noexcept;
-  static void operator delete[](void* memory) noexcept;
-  static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void*, void*) noexcept {}
-  static void* operator new(std::size_t size, const char* file, int line) noexcept;
-  static void operator delete(void* memory, const char* file, int line) noexcept;
 
 protected:
   // m_pImpl null: the concrete facade allocates its implementation right after.

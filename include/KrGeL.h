@@ -30,5 +30,6 @@
 #include "KrsArray.h"
 #include "KrsDiagnostics.h"
 #include "KrsException.h"
+#include "KrsHeapObject.h"
 #include "KrsPlex.h"
 #include "KrsStringW.h"

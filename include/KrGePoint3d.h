@@ -5,6 +5,7 @@
 
 #include "KrGeContext.h"
 #include "KrGeLExport.h"
+#include "KrsHeapObject.h"
 #include "KrGeTol.h"
 #include "KrGeVector3d.h"
 
@@ -15,7 +16,7 @@ class KrGePoint2d;
 
 // Coordinates x, y, z (also [0], [1], [2], no range check). Arithmetic takes no tolerance and
 // guards nothing; equality is a distance test against equalPoint with "<=" counting as equal.
-class KRGEL_API KrGePoint3d {
+class KRGEL_API KrGePoint3d : public KrsHeapObject {
 public:
   static const KrGePoint3d kOrigin;  // (0, 0, 0)
 
@@ -77,16 +78,6 @@ public:
   // plane.paramOf(this, gTol): the (u, v) parameters of this point on the plane.
   KrGePoint2d convert2d(const KrGePlanarEnt& plane) const;
 
-  // Class-level allocation, as KrGeVector3d: malloc/free, noexcept (null when exhausted),
-  // placement returns `place`, the debug form ignores file and line.
-  static void* operator new(std::size_t size) noexcept;
-  static void* operator new[](std::size_t size) noexcept;
-  static void operator delete(void* memory) noexcept;
-  static void operator delete[](void* memory) noexcept;
-  static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void*, void*) noexcept {}
-  static void* operator new(std::size_t size, const char* file, int line) noexcept;
-  static void operator delete(void* memory, const char* file, int line) noexcept;
 
   double x, y, z;
 };

@@ -7,6 +7,7 @@
 #include "KrGe.h"
 #include "KrGeContext.h"
 #include "KrGeLExport.h"
+#include "KrsHeapObject.h"
 #include "KrGeTol.h"
 
 class KrGeMatrix3d;
@@ -18,7 +19,7 @@ class KrGeVector2d;
 // count "<=" as within and a NaN never passes. Direction tests (perpendicular, parallel,
 // codirectional) answer true on zero-length input and say so in their status:
 // 1 when this vector is the zero one, 2 when the argument is.
-class KRGEL_API KrGeVector3d {
+class KRGEL_API KrGeVector3d : public KrsHeapObject {
 public:
   static const KrGeVector3d kIdentity;  // (0, 0, 0): rotateTo reads it as "no axis given"
   static const KrGeVector3d kXAxis;     // (1, 0, 0)
@@ -154,17 +155,6 @@ public:
   // The translation matrix by this vector.
   operator KrGeMatrix3d() const;
 
-  // Class-level allocation on the general heap (malloc/free). The plain forms are noexcept and
-  // answer null when the heap is exhausted; the placement form returns `place`; the debug form
-  // ignores file and line.
-  static void* operator new(std::size_t size) noexcept;
-  static void* operator new[](std::size_t size) noexcept;
-  static void operator delete(void* memory) noexcept;
-  static void operator delete[](void* memory) noexcept;
-  static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void*, void*) noexcept {}
-  static void* operator new(std::size_t size, const char* file, int line) noexcept;
-  static void operator delete(void* memory, const char* file, int line) noexcept;
 
   double x, y, z;
 

@@ -52,6 +52,7 @@
 #include <cstdlib>
 
 #include "KrGe.h"
+#include "KrsHeapObject.h"
 #include "KrGeEntity3d.h"
 #include "KrGeMatrix3d.h"
 #include "KrGePoint3d.h"
@@ -66,7 +67,8 @@ inline Impl* krImplAs(Base* impl) {
   return static_cast<Impl*>(impl);
 }
 
-class KrEnt3dImpl {
+// Allocated on the general heap like the facades (KrsHeapObject).
+class KrEnt3dImpl : public KrsHeapObject {
 public:
   // Slot 0. Reports "(isOwned())" (source KrEnt3dImpl, line 15) when a container still owns
   // this implementation; the destruction goes on in any case.
@@ -103,15 +105,6 @@ public:
   // The implementation held by a facade (null after a failed allocation).
   static KrEnt3dImpl* implOf(const KrGeEntity3d& entity) { return entity.m_pImpl; }
 
-  // Class-level allocation on the general heap, as the facades'.
-  static void* operator new(std::size_t size) noexcept { return std::malloc(size); }
-  static void* operator new[](std::size_t size) noexcept { return std::malloc(size); }
-  static void operator delete(void* memory) noexcept { std::free(memory); }
-  static void operator delete[](void* memory) noexcept { std::free(memory); }
-  static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void*, void*) noexcept {}
-  static void* operator new(std::size_t size, const char*, int) noexcept { return std::malloc(size); }
-  static void operator delete(void* memory, const char*, int) noexcept { std::free(memory); }
 
 protected:
   KrEnt3dImpl() = default;

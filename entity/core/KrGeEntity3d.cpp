@@ -44,31 +44,10 @@ KrGeEntity3d& KrGeEntity3d::transformBy(const KrGeMatrix3d& matrix) {
   return *this;
 }
 
-KrGeEntity3d& KrGeEntity3d::translateBy(const KrGeVector3d& translateVec) {
-  KrGeMatrix3d matrix;
-  return transformBy(matrix.setToTranslation(translateVec));
-}
-
-KrGeEntity3d& KrGeEntity3d::rotateBy(double angle, const KrGeVector3d& axis, const KrGePoint3d& wrtPoint) {
-  KrGeMatrix3d matrix;
-  return transformBy(matrix.setToRotation(angle, axis, wrtPoint));
-}
-
-KrGeEntity3d& KrGeEntity3d::mirror(const KrGePlane& plane) {
-  KrGeMatrix3d matrix;
-  return transformBy(matrix.setToMirroring(plane));
-}
-
-KrGeEntity3d& KrGeEntity3d::scaleBy(double scaleFactor, const KrGePoint3d& wrtPoint) {
-  KrGeMatrix3d matrix;
-  return transformBy(matrix.setToScaling(scaleFactor, wrtPoint));
-}
+KrGeEntity3d& KrGeEntity3d::translateBy(const KrGeVector3d& translateVec) { return transformBy(KrGeMatrix3d::translation(translateVec)); }
+KrGeEntity3d& KrGeEntity3d::rotateBy(double angle, const KrGeVector3d& axis, const KrGePoint3d& wrtPoint) { return transformBy(KrGeMatrix3d::rotation(angle, axis, wrtPoint)); }
+KrGeEntity3d& KrGeEntity3d::mirror(const KrGePlane& plane) { return transformBy(KrGeMatrix3d::mirroring(plane)); }
+KrGeEntity3d& KrGeEntity3d::scaleBy(double scaleFactor, const KrGePoint3d& wrtPoint) { return transformBy(KrGeMatrix3d::scaling(scaleFactor, wrtPoint)); }
 
 bool KrGeEntity3d::isOn(const KrGePoint3d& point, const KrGeTol& tol) const { return m_pImpl->isOn(point, tol); }
 
-void* KrGeEntity3d::operator new(std::size_t size) noexcept { return std::malloc(size); }
-void* KrGeEntity3d::operator new[](std::size_t size) noexcept { return std::malloc(size); }
-void KrGeEntity3d::operator delete(void* memory) noexcept { std::free(memory); }
-void KrGeEntity3d::operator delete[](void* memory) noexcept { std::free(memory); }
-void* KrGeEntity3d::operator new(std::size_t size, const char*, int) noexcept { return std::malloc(size); }
-void KrGeEntity3d::operator delete(void* memory, const char*, int) noexcept { std::free(memory); }

@@ -8,6 +8,9 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <mutex>
+#include <poll.h>
+#include <thread>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -29,15 +32,23 @@ int monitorFd() {
   return fd;
 }
 
-std::vector<std::string>& pendingLines() {
-  static std::vector<std::string> lines;
-  return lines;
+// The kernel queues only a handful of datagrams per socket, so a reader thread keeps the queue
+// empty while a test sends bursts. Datagrams are only ever taken from the socket under the lock,
+// so drain() sees every datagram sent before it: either already taken or still in the socket.
+struct Inbox {
+  std::mutex lock;
+  std::vector<Record> records;
+  std::vector<std::string> lines;
+};
+
+Inbox& inbox() {
+  static Inbox* box = new Inbox();  // never destroyed: the reader thread outlives main()
+  return *box;
 }
 
-std::vector<Record> receive() {
-  std::vector<Record> records;
+void takeQueued(Inbox& box) {
   const int fd = monitorFd();
-  if (fd < 0) return records;
+  if (fd < 0) return;
   static char buffer[1 << 16];
   for (;;) {
     const ssize_t size = recv(fd, buffer, sizeof buffer, MSG_DONTWAIT);
@@ -45,10 +56,18 @@ std::vector<Record> receive() {
     const std::string datagram(buffer, static_cast<std::size_t>(size));
     Record record;
     if (parseRecord(datagram, record))
-      records.push_back(record);
+      box.records.push_back(record);
     else
-      pendingLines().push_back(datagram);
+      box.lines.push_back(datagram);
   }
+}
+
+std::vector<Record> receive() {
+  Inbox& box = inbox();
+  std::lock_guard<std::mutex> guard(box.lock);
+  takeQueued(box);
+  std::vector<Record> records;
+  records.swap(box.records);
   return records;
 }
 
@@ -57,8 +76,25 @@ std::vector<Record> receive() {
 void MonitorCapture::clear() { receive(); }
 std::vector<Record> MonitorCapture::drain() { return receive(); }
 std::vector<std::string> MonitorCapture::debugLines() {
-  receive();
-  return pendingLines();
+  Inbox& box = inbox();
+  std::lock_guard<std::mutex> guard(box.lock);
+  takeQueued(box);
+  return box.lines;
+}
+
+void MonitorCapture::startReader() {
+  const int fd = monitorFd();
+  if (fd < 0) return;
+  inbox();
+  std::thread([fd] {
+    for (;;) {
+      pollfd ready{fd, POLLIN, 0};
+      if (poll(&ready, 1, 50) <= 0) continue;
+      Inbox& box = inbox();
+      std::lock_guard<std::mutex> guard(box.lock);
+      takeQueued(box);
+    }
+  }).detach();
 }
 bool MonitorCapture::active() { return monitorFd() >= 0 && KrsModule::assertOn; }
 

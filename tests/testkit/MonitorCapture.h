@@ -30,6 +30,8 @@ public:
   static std::vector<Record> drain();
   // Plain-text datagrams (attach/detach lines) received so far, including those before main().
   static std::vector<std::string> debugLines();
+  // Starts the thread that empties the monitor socket as records arrive (called by main()).
+  static void startReader();
   // True when this process runs under the test monitor with assertions on.
   static bool active();
 };

@@ -13,6 +13,7 @@
 int main(int argc, char** argv) {
   testkit::enterMonitoredProcess(argc, argv, "[lw]\nkrsassert=1\n");
   ::testing::InitGoogleTest(&argc, argv);
+  testkit::MonitorCapture::startReader();
   const int result = RUN_ALL_TESTS();
   if (const char* dir = std::getenv("KRGEL_TEST_DIR")) {
     if (DIR* listing = opendir(dir)) {
