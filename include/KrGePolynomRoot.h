@@ -9,6 +9,9 @@
 
 // Distinct real roots of c4 x^4 + ... + c0 in closed form (Descartes-Euler resolvent, complex
 // Cardano), answered as their count. Leading coefficients of magnitude <= 1e-10 are dropped first.
+// A quartic is solved for x / s, s the power of two just above a bound on its root magnitudes, so
+// that the resolvent's test of imaginary parts against 1e-6 is relative to the roots' size (exact
+// scaling; without it roots symmetric about their mean are lost beyond a size of about 100).
 // A quartic's roots are Newton-polished (at most 10 steps) and each one whose residual |p(x)|
 // exceeds 1e-4 (or is not a number) still stays, with the warning "methodDecart fail". Cubic and
 // quadratic roots are not polished. A linear polynomial yields no root and a constant the single

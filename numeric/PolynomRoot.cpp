@@ -24,6 +24,39 @@ void appendIfReal(const Complex& root, KrsArray<double>& roots) {
   if (root.isReal()) roots.Add(root.re);
 }
 
+// The resolvent decides whether a candidate is real by its imaginary part against a fixed 1e-6,
+// and its square roots turn rounding noise of size e into an imaginary part of size sqrt(e).
+// Far from the unit scale that test fails: a quartic whose roots are symmetric about their mean
+// (its resolvent has an exact zero root) loses all four roots once they reach about 100. So the
+// quartic is solved for t = x / s, with s the power of two nearest above the Fujiwara bound
+//   2 max(|a3|, |a2|^(1/2), |a1|^(1/3), |a0 / 2|^(1/4))
+// on the root magnitudes of the monic x^4 + a3 x^3 + a2 x^2 + a1 x + a0. Scaling by a power of two
+// is exact, the roots t lie in [-1, 1], and x = s t is exact again before the Newton polish on
+// the caller's polynomial.
+int rootScaleExponent(const Polynom& p) {
+  const double* c = p.data();
+  const double lead = c[4];
+  const double bound = 2.0 * std::fmax(std::fmax(std::fabs(c[3] / lead), std::sqrt(std::fabs(c[2] / lead))),
+                                       std::fmax(std::cbrt(std::fabs(c[1] / lead)),
+                                                 std::sqrt(std::sqrt(std::fabs(c[0] / lead) * 0.5))));
+  if (!(bound > 0.0) || !std::isfinite(bound)) return 0;
+  int exponent = 0;
+  std::frexp(bound, &exponent);
+  return exponent;
+}
+
+void solveScaledQuartic(const Polynom& p, KrsArray<double>& roots) {
+  const int exponent = rootScaleExponent(p);
+  if (exponent == 0) {
+    PolynomRoot::solveQuartic(p, roots);
+    return;
+  }
+  Polynom scaled(p);
+  for (int i = 0; i <= 4; ++i) scaled.data()[i] = std::ldexp(p.data()[i], exponent * (i - 4));
+  PolynomRoot::solveQuartic(scaled, roots);
+  for (int i = 0; i < roots.GetSize(); ++i) roots.GetData()[i] = std::ldexp(roots.GetData()[i], exponent);
+}
+
 }  // namespace
 
 int methodDecart(const KrsArray<double>& coefficients, KrsArray<double>& roots) {
@@ -36,7 +69,7 @@ int methodDecart(const KrsArray<double>& coefficients, KrsArray<double>& roots) 
 
   switch (p.degree()) {
     case 4: {
-      PolynomRoot::solveQuartic(p, roots);
+      solveScaledQuartic(p, roots);
       double* found = roots.GetData();
       PolynomRoot::polishNewtonAll(p, found, roots.GetSize());
       for (int i = 0; i < roots.GetSize(); ++i)
