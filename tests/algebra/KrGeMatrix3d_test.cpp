@@ -9,7 +9,6 @@
 #include "tests/algebra/AlgebraRandom.h"
 
 namespace {
-constexpr double kPi = 3.141592653589793;
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 KrGeTol tolerance(double value) {
@@ -42,26 +41,18 @@ KrGePoint3d rodrigues(const KrGePoint3d& p, double angle, const KrGeVector3d& ax
 }
 }  // namespace
 
-TEST(KrGeMatrix3d, IsPlainDataAndDefaultsToIdentity) {
+TEST(KrGeMatrix3d, IsPlainDataAndProductsNeverReadTheFourthRow) {
   static_assert(sizeof(KrGeMatrix3d) == 16 * sizeof(double), "sixteen doubles");
   static_assert(std::is_trivially_copyable<KrGeMatrix3d>::value, "plain data");
-  const KrGeMatrix3d m;
+  const KrGeMatrix3d identity;
   for (unsigned i = 0; i < 4; ++i)
-    for (unsigned j = 0; j < 4; ++j) EXPECT_EQ(m(i, j), i == j ? 1.0 : 0.0);
-  EXPECT_EQ(maxDifference(KrGeMatrix3d::kIdentity, m), 0.0);
-}
-
-TEST(KrGeMatrix3d, ProductsNeverReadTheFourthRow) {
+    for (unsigned j = 0; j < 4; ++j) EXPECT_EQ(identity(i, j), i == j ? 1.0 : 0.0);
+  EXPECT_EQ(maxDifference(KrGeMatrix3d::kIdentity, identity), 0.0);
   KrGeMatrix3d m = fromColumns({0, 1, 0}, {-1, 0, 0}, {0, 0, 2}, {10, 20, 30});
   m(3, 0) = kNaN;
   m(3, 3) = 0;
-  const KrGePoint3d p = m * KrGePoint3d(1, 2, 3);
-  EXPECT_EQ(p.x, 8.0);
-  EXPECT_EQ(p.y, 21.0);
-  EXPECT_EQ(p.z, 36.0);
-  const KrGeVector3d v = m * KrGeVector3d(1, 2, 3);
-  EXPECT_EQ(v.x, -2.0);
-  EXPECT_EQ(v.z, 6.0);
+  EXPECT_TRUE((m * KrGePoint3d(1, 2, 3)).isEqualTo(KrGePoint3d(8, 21, 36), tolerance(0.0)));
+  EXPECT_TRUE((m * KrGeVector3d(1, 2, 3)).isEqualTo(KrGeVector3d(-2, 1, 6), tolerance(0.0)));
   EXPECT_TRUE(m.isEqualTo(fromColumns({0, 1, 0}, {-1, 0, 0}, {0, 0, 2}, {10, 20, 30})));  // fourth row not compared
 }
 
@@ -71,12 +62,17 @@ TEST(KrGeMatrix3d, MeasuresUseTheBlockOnly) {
   KrGeVector3d x, y, z;
   m.getCoordSystem(origin, x, y, z);
   EXPECT_TRUE(origin.isEqualTo(KrGePoint3d(-100, -2, -3)) && y.isEqualTo(KrGeVector3d(4, 5, 6)));
+  EXPECT_TRUE(x.isEqualTo(KrGeVector3d(1, 2, 3)) && z.isEqualTo(KrGeVector3d(7, 8, 10)));
   EXPECT_EQ(m.det(), -3.0);
   EXPECT_EQ(m.norm(), 10.0);
   EXPECT_EQ(KrGeMatrix3d::translation(KrGeVector3d(5, -9, 1)).norm(), 1.0);
   EXPECT_DOUBLE_EQ(m.scale(), std::sqrt(49.0 + 64.0 + 100.0));
   EXPECT_EQ(m.transpose()(3, 0), -100.0);
   EXPECT_TRUE(std::isnan(fromColumns({kNaN, 0, 0}, {0, 1, 0}, {0, 0, 1}).norm()));
+  KrGeMatrix3d moved = m;
+  moved.setTranslation(KrGeVector3d(4, 5, 6));  // the translation column only
+  EXPECT_EQ(maxDifference(moved, fromColumns({1, 2, 3}, {4, 5, 6}, {7, 8, 10}, {4, 5, 6})), 0.0);
+  EXPECT_EQ(maxDifference(KrGeMatrix3d(KrGeVector3d(4, 5, 6)), KrGeMatrix3d::translation(KrGeVector3d(4, 5, 6))), 0.0);
 }
 
 TEST(KrGeMatrix3d, ProductIsSafeWhenTheResultAliasesAnOperand) {
@@ -93,11 +89,7 @@ TEST(KrGeMatrix3d, ProductIsSafeWhenTheResultAliasesAnOperand) {
   EXPECT_LE(((a * b) * p).distanceTo(a * (b * p)), 1e-14);
 }
 
-TEST(KrGeMatrix3d, RotationExamplesAndZeroAxis) {
-  const KrGeMatrix3d z = KrGeMatrix3d::rotation(kPi / 2, KrGeVector3d(0, 0, 1), KrGePoint3d(1, 0, 0));
-  EXPECT_TRUE((z * KrGePoint3d(2, 0, 0)).isEqualTo(KrGePoint3d(1, 1, 0), tolerance(1e-15)));
-  const KrGeMatrix3d framed = KrGeMatrix3d::rotation(kPi / 2, KrGeVector3d(0, 0, 2), KrGePoint3d(1, 0, 0));
-  EXPECT_LE(maxDifference(framed, z), 1e-15);
+TEST(KrGeMatrix3d, RotationAboutAZeroAxisIsTheIdentity) {
   const KrGeMatrix3d zero = KrGeMatrix3d::rotation(1.0, KrGeVector3d(0, 0, 0), KrGePoint3d(5, 6, 7));
   EXPECT_EQ(maxDifference(zero, KrGeMatrix3d::kIdentity), 0.0);
   // An axis at the zero-length tolerance is zero; twice that is an axis.
@@ -196,18 +188,20 @@ TEST(KrGeMatrix3d, EqualityComparesTranslationWithEqualVector) {
   EXPECT_TRUE(a != b);
 }
 
-TEST(KrGeMatrix3d, MirroringThroughAPointTwiceIsIdentity) {
+TEST(KrGeMatrix3d, MirroringAndScalingKeepTheirCentre) {
   const KrGePoint3d c(1, -2, 3);
   const KrGeMatrix3d m = KrGeMatrix3d::mirroring(c);
   EXPECT_TRUE((m * KrGePoint3d(2, 0, 0)).isEqualTo(KrGePoint3d(0, -4, 6)));
   EXPECT_LE(maxDifference(m * m, KrGeMatrix3d::kIdentity), 1e-15);
   EXPECT_EQ(m.det(), -1.0);
+  EXPECT_TRUE((KrGeMatrix3d::scaling(3.0, c) * c).isEqualTo(c));
+  EXPECT_TRUE((KrGeMatrix3d::scaling(3.0, c) * KrGePoint3d(2, -2, 3)).isEqualTo(KrGePoint3d(4, -2, 3)));
 }
 
 TEST(KrGeMatrix3d, PlaneToWorldIsARightHandedOrthonormalFrame) {
   algebra_test::Random random(12);
   SCOPED_TRACE(random.trace());
-  for (int i = 0; i < 500; ++i) {
+  for (int i = 0; i < 300; ++i) {
     const KrGeVector3d n = random.vector(-5, 5);
     const KrGeMatrix3d frame = KrGeMatrix3d::planeToWorld(n);
     ASSERT_TRUE(frame.isUniScaledOrtho(tolerance(1e-14)));
@@ -233,17 +227,6 @@ TEST(KrGeMatrix3d, AlignCoordSysMapsTheSourceFrameOntoTheTarget) {
     ASSERT_LE((m * fy - ty).length(), scale);
     ASSERT_LE((m * (fromO + fz)).distanceTo(toO + tz), scale * 50);
   }
-}
-
-TEST(KrGeMatrix3d, ScalingKeepsTheCentreAndSetTranslationKeepsTheBlock) {
-  const KrGePoint3d c(1, 2, 3);
-  EXPECT_TRUE((KrGeMatrix3d::scaling(3.0, c) * c).isEqualTo(c));
-  EXPECT_TRUE((KrGeMatrix3d::scaling(3.0, c) * KrGePoint3d(2, 2, 3)).isEqualTo(KrGePoint3d(4, 2, 3)));
-  KrGeMatrix3d t = KrGeMatrix3d::rotation(1.0, KrGeVector3d(1, 1, 0));
-  t.setTranslation(KrGeVector3d(4, 5, 6));
-  EXPECT_NE(t(0, 0), 1.0);
-  const KrGeMatrix3d fromVector = KrGeVector3d(4, 5, 6);
-  EXPECT_TRUE(fromVector.isEqualTo(t * t.inverse() * KrGeMatrix3d::translation(KrGeVector3d(4, 5, 6))));
 }
 
 TEST(KrGeMatrix3d, NonFiniteInputNeverCrashes) {

@@ -62,11 +62,9 @@ TEST(Polynom, TrimNormalizeDerivative_ThresholdIsExclusive) {
   EXPECT_EQ(q[0], 0.25);
   Polynom zero = make({1e-11, -1e-12});
   normalize(zero);
-  EXPECT_EQ(zero.degree(), 0);
-  EXPECT_EQ(zero[0], 0.0);
+  EXPECT_TRUE(zero.degree() == 0 && zero[0] == 0.0);
   const Polynom d = derivative(make({7, 1, 3, 2}));
-  EXPECT_EQ(d[1], 6.0);
-  EXPECT_EQ(d[2], 6.0);
+  EXPECT_TRUE(d.degree() == 2 && d[0] == 1.0 && d[1] == 6.0 && d[2] == 6.0);
   EXPECT_EQ(derivative(make({7})).degree(), 0);
 }
 
@@ -79,8 +77,7 @@ TEST(Polynom, Divide_RecomposesDividend) {
     for (int k = 0; k <= a.degree(); ++k) a[k] = coefficient(engine);
     for (int k = 0; k <= b.degree(); ++k) b[k] = coefficient(engine);
     b[b.degree()] += b[b.degree()] < 0 ? -1 : 1;
-    Polynom q(0);
-    Polynom r(0);
+    Polynom q(0), r(0);
     divide(a, b, q, r);
     EXPECT_EQ(q.degree(), a.degree() - b.degree());
     EXPECT_LT(r.degree(), b.degree());
@@ -111,14 +108,13 @@ TEST(Polynom, CubicAndQuadratic_ClosedForms) {
   EXPECT_EQ(solveCubic(make({1, 0, 1}), x[0], x[1], x[2]), 0);
   std::mt19937_64 engine(5);
   std::uniform_real_distribution<double> unit(-4, 4);
-  for (int trial = 0; trial < 200; ++trial) {
+  for (int trial = 0; trial < 100; ++trial) {
     Polynom p = fromRoots({unit(engine), unit(engine), unit(engine)});
     for (int k = 0; k <= 3; ++k) p[k] *= 3.0;  // not monic: the solver normalises
     solveCubic(p, x[0], x[1], x[2]);
     for (const Complex& root : x) EXPECT_LT(evaluate(p, root).modulus(), 1e-6) << "seed 5 trial " << trial;
   }
-  Complex r1(9, 9);
-  Complex r2(9, 9);
+  Complex r1(9, 9), r2(9, 9);
   EXPECT_EQ(solveQuadratic(make({1, 2}), r1, r2), 0);
   EXPECT_EQ(r1.re, 9.0);  // untouched
   solveQuadratic(make({-6, 5, -1}), r1, r2);  // not normalised: with a < 0 the plus root is 2
@@ -163,10 +159,9 @@ TEST(Polynom, PolishNewton_RejectsGrowthAndNotANumber) {
   // Polishing several roots together gives each the result of polishing it alone.
   std::mt19937_64 engine(9);
   std::uniform_real_distribution<double> unit(-2, 2);
-  for (int trial = 0; trial < 100; ++trial) {
+  for (int trial = 0; trial < 50; ++trial) {
     const Polynom quartic = fromRoots({unit(engine), unit(engine), unit(engine), unit(engine)});
-    double together[6];
-    double alone[6];
+    double together[6], alone[6];
     for (int k = 0; k < 6; ++k) {
       together[k] = alone[k] = unit(engine);
       polishNewton(quartic, alone[k]);

@@ -14,54 +14,50 @@
 
 namespace {
 
-std::string stateOf(probe::Session& session) {
+std::string stateWithSettings(const std::string& settings) {
+  probe::Session session({settings, true, true});
+  if (!session.ok()) return "<probe did not start>";
   const std::string state = session.call("state");
   EXPECT_EQ(session.quit(), 0);
   return state;
 }
 
-std::string stateWithSettings(const std::string& settings) {
-  probe::Session session({settings, true, true});
-  if (!session.ok()) return "<probe did not start>";
-  return stateOf(session);
+// Runs the probe host (as `uid` when not negative) over the library copy in `dir`.
+std::string stateIn(const testkit::ScratchDir& dir, const std::string& program = KRGEL_PROBE_HOST, int uid = -1) {
+  testkit::ChildProcess probe({{program}, testkit::libraryEnvironment(dir, dir.file("monitor")), {}, uid});
+  return probe.call("state", 5000);
 }
-
-struct SettingsRow {
-  const char* name;
-  std::string content;
-  const char* expected;
-};
 
 }  // namespace
 
 TEST(KrsSettings, IntegerKeysAreReadLikeThePrivateProfileReader) {
-  const SettingsRow rows[] = {
+  const struct {
+    const char* name;
+    std::string content;
+    const char* expected;
+  } rows[] = {
       {"all on", "[lw]\nkrsassert=1\nJumpArrOnAdd=1\nJumpArrOnRemove=1\nDefecateMem=1\n",
        "assert=1 host=1 switches=7"},
       {"keys and section in any case", "[LW]\nKRSASSERT=1\njumparronadd=2\ndefecatemem=3\n",
        "assert=1 host=1 switches=5"},
       {"blanks and CRLF", "  [ lw ]  \r\n  krsassert = 1 \r\n JumpArrOnRemove\t=\t9\r\n",
        "assert=1 host=1 switches=2"},
-      {"explicit plus sign", "[lw]\nkrsassert=+1\n", "assert=1 host=1 switches=0"},
-      {"negative is nonzero", "[lw]\nkrsassert=-7\n", "assert=1 host=1 switches=0"},
-      {"leading digits then junk", "[lw]\nkrsassert=12abc\n", "assert=1 host=1 switches=0"},
-      {"huge number clamps, still on", "[lw]\nkrsassert=99999999999999999999999\n", "assert=1 host=1 switches=0"},
-      {"zero", "[lw]\nkrsassert=0\nDefecateMem=000\n", "assert=0 host=0 switches=0"},
-      {"minus zero", "[lw]\nkrsassert=-0\n", "assert=0 host=0 switches=0"},
-      {"junk before digits", "[lw]\nkrsassert=abc12\n", "assert=0 host=0 switches=0"},
-      {"sign without digits", "[lw]\nkrsassert=+\nJumpArrOnAdd=- 1\n", "assert=0 host=0 switches=0"},
-      {"empty value", "[lw]\nkrsassert=\n", "assert=0 host=0 switches=0"},
-      {"hexadecimal is not read as such", "[lw]\nDefecateMem=0x4\n", "assert=0 host=0 switches=0"},
+      {"plus sign, negative is nonzero", "[lw]\nkrsassert=+1\nDefecateMem=-7\n", "assert=1 host=1 switches=4"},
+      {"digits then junk, huge clamps", "[lw]\nkrsassert=12abc\nJumpArrOnAdd=99999999999999999999999\n",
+       "assert=1 host=1 switches=1"},
+      {"zero and minus zero", "[lw]\nkrsassert=-0\nDefecateMem=000\n", "assert=0 host=0 switches=0"},
+      {"junk before digits, hexadecimal", "[lw]\nkrsassert=abc12\nDefecateMem=0x4\n", "assert=0 host=0 switches=0"},
+      {"sign without digits, empty value", "[lw]\nkrsassert=+\nJumpArrOnAdd=- 1\nDefecateMem=\n",
+       "assert=0 host=0 switches=0"},
       {"key in another section", "[other]\nkrsassert=1\n[lw]\nJumpArrOnAdd=1\n", "assert=0 host=0 switches=1"},
-      {"key before any section", "krsassert=1\n[lw]\n", "assert=0 host=0 switches=0"},
-      {"commented out", "[lw]\n;krsassert=1\n", "assert=0 host=0 switches=0"},
+      {"key before any section, commented", "krsassert=1\n[lw]\n;JumpArrOnAdd=1\n", "assert=0 host=0 switches=0"},
       {"first occurrence wins", "[lw]\nkrsassert=1\nkrsassert=0\n", "assert=1 host=1 switches=0"},
-      {"key with a longer name", "[lw]\nkrsassertion=1\nkrsasser=1\n", "assert=0 host=0 switches=0"},
+      {"key with a longer or shorter name", "[lw]\nkrsassertion=1\nkrsasser=1\n", "assert=0 host=0 switches=0"},
       {"byte-order mark", "\xEF\xBB\xBF[lw]\nkrsassert=1\n", "assert=1 host=1 switches=0"},
       {"no newline at the end", "[lw]\nDefecateMem=1", "assert=0 host=0 switches=4"},
       {"empty file", "", "assert=0 host=0 switches=0"},
   };
-  for (const SettingsRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(stateWithSettings(row.content), row.expected);
   }
@@ -75,46 +71,33 @@ TEST(KrsSettings, BinaryAndHugeFilesReadAsDefaultsWithoutHarm) {
   for (char& c : binary) c = static_cast<char>(random() & 0xFF);
   EXPECT_EQ(stateWithSettings(binary), "assert=0 host=0 switches=0");
   // Embedded NUL bytes and a valid section after binary noise.
-  EXPECT_EQ(stateWithSettings(std::string("\0\0\0\n", 4) + "[lw]\nJumpArrOnAdd=1\n"),
-            "assert=0 host=0 switches=1");
-
+  EXPECT_EQ(stateWithSettings(std::string("\0\0\0\n", 4) + "[lw]\nJumpArrOnAdd=1\n"), "assert=0 host=0 switches=1");
   // 20 MiB of one endless line, then the key: the reader stops after its byte budget and keeps
-  // only a bounded piece of each line.
-  std::string huge(20u << 20, 'k');
-  huge += "\n[lw]\nkrsassert=1\n";
-  EXPECT_EQ(stateWithSettings(huge), "assert=0 host=0 switches=0");
-  // A long file whose key comes early is still read.
-  std::string early = "[lw]\nDefecateMem=1\n" + std::string(1u << 20, ';');
-  EXPECT_EQ(stateWithSettings(early), "assert=0 host=0 switches=4");
+  // only a bounded piece of each line. A long file whose key comes early is still read.
+  EXPECT_EQ(stateWithSettings(std::string(20u << 20, 'k') + "\n[lw]\nkrsassert=1\n"), "assert=0 host=0 switches=0");
+  EXPECT_EQ(stateWithSettings("[lw]\nDefecateMem=1\n" + std::string(1u << 20, ';')), "assert=0 host=0 switches=4");
 }
 
 TEST(KrsSettings, UnreadableFilesLeaveEverySwitchOff) {
-  struct Row {
+  const struct {
     const char* name;
     int (*make)(const char* path);
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"a directory named lw.ini", [](const char* path) { return mkdir(path, 0755); }},
       // A pipe would block a plain open() until a writer came: the load must not hang on it.
       {"a pipe named lw.ini", [](const char* path) { return mkfifo(path, 0644); }},
       {"a dangling link named lw.ini", [](const char* path) { return symlink("/nonexistent/lw.ini", path); }},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     testkit::ScratchDir dir;
     ASSERT_TRUE(dir.ok() && dir.copyLibrary());
     ASSERT_EQ(row.make(dir.file("lw.ini").c_str()), 0);
     testkit::TestMonitor monitor(dir.file("monitor"));
-    testkit::ChildProcess probe({{KRGEL_PROBE_HOST}, testkit::libraryEnvironment(dir, dir.file("monitor")), {}, -1});
-    EXPECT_EQ(probe.call("state", 5000), "assert=0 host=0 switches=0");
+    EXPECT_EQ(stateIn(dir), "assert=0 host=0 switches=0");
   }
-}
-
-TEST(KrsSettings, FileTheHostMayNotReadLeavesEverySwitchOff) {
+  // A file readable by its owner only, the host running as another user; readable, it counts.
   if (geteuid() != 0) GTEST_SKIP() << "needs root to run the host as another user";
-  const uid_t nobody = 65534;
-  // Readable by its owner only; the host runs as another user. The same file is read when the
-  // host may read it, so the file itself is valid.
   for (const bool readable : {false, true}) {
     SCOPED_TRACE(readable ? "readable" : "not readable");
     testkit::ScratchDir dir;
@@ -122,19 +105,15 @@ TEST(KrsSettings, FileTheHostMayNotReadLeavesEverySwitchOff) {
     ASSERT_EQ(chmod(dir.file("lw.ini").c_str(), readable ? 0644 : 0600), 0);
     const std::string program = dir.copyProgram(KRGEL_PROBE_HOST);
     ASSERT_FALSE(program.empty());
-    testkit::ChildProcess probe(
-        {{program}, testkit::libraryEnvironment(dir, dir.file("monitor")), {}, static_cast<int>(nobody)});
-    EXPECT_EQ(probe.call("state"), readable ? "assert=0 host=0 switches=5" : "assert=0 host=0 switches=0");
+    EXPECT_EQ(stateIn(dir, program, 65534), readable ? "assert=0 host=0 switches=5" : "assert=0 host=0 switches=0");
   }
 }
 
 TEST(KrsSettings, FileIsTakenFromTheLibraryDirectoryNotTheExecutables) {
-  // The probe executable stays in the build tree; an lw.ini beside it must not count.
   testkit::ScratchDir libraryDir, programDir;
   ASSERT_TRUE(libraryDir.ok() && libraryDir.copyLibrary() && libraryDir.write("lw.ini", "[lw]\nJumpArrOnAdd=1\n"));
   ASSERT_TRUE(programDir.ok() && programDir.write("lw.ini", "[lw]\nDefecateMem=1\n"));
   const std::string program = programDir.copyProgram(KRGEL_PROBE_HOST);
   ASSERT_FALSE(program.empty());
-  testkit::ChildProcess probe({{program}, testkit::libraryEnvironment(libraryDir, libraryDir.file("none")), {}, -1});
-  EXPECT_EQ(probe.call("state"), "assert=0 host=0 switches=1");
+  EXPECT_EQ(stateIn(libraryDir, program), "assert=0 host=0 switches=1");
 }

@@ -18,23 +18,15 @@
 
 namespace {
 
-bool waitForSocket(const std::string& path) {
-  for (int i = 0; i < 500; ++i) {
-    struct stat status;
-    if (lstat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode)) return true;
-    usleep(10000);
-  }
-  return false;
-}
-
-bool exists(const std::string& path) {
-  struct stat status;
-  return lstat(path.c_str(), &status) == 0;
-}
-
+// The file type and permission bits of a path, 0 when nothing is there.
 unsigned modeOf(const std::string& path) {
   struct stat status;
-  return lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777u : 0u;
+  return lstat(path.c_str(), &status) == 0 ? status.st_mode : 0u;
+}
+
+bool waitForSocket(const std::string& path) {
+  for (int i = 0; i < 500 && !S_ISSOCK(modeOf(path)); ++i) usleep(10000);
+  return S_ISSOCK(modeOf(path));
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -44,38 +36,29 @@ std::vector<std::string> linesOf(const std::string& text) {
   return lines;
 }
 
-bool sendDatagram(const std::string& path, const std::string& data) {
+// Sends `data` to the socket at `path`; with bindOnly, binds a socket there and closes it
+// without removing it, as a monitor that died would leave it.
+bool datagram(const std::string& path, const std::string& data, bool bindOnly = false) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   std::snprintf(address.sun_path, sizeof address.sun_path, "%s", path.c_str());
+  const auto* target = reinterpret_cast<const sockaddr*>(&address);
   const int fd = socket(AF_UNIX, SOCK_DGRAM, 0);
-  const bool sent = fd >= 0 && sendto(fd, data.data(), data.size(), 0, reinterpret_cast<const sockaddr*>(&address),
-                                      sizeof address) == static_cast<ssize_t>(data.size());
+  const bool done = fd >= 0 && (bindOnly ? bind(fd, target, sizeof address) == 0
+                                         : sendto(fd, data.data(), data.size(), 0, target, sizeof address) ==
+                                               static_cast<ssize_t>(data.size()));
   if (fd >= 0) close(fd);
-  return sent;
+  return done;
 }
 
 // A record datagram built field by field, the way the protocol document describes it.
-std::string recordDatagram(const std::string& message, const std::string& source, const std::string& exe,
-                           std::uint32_t messageOffsetShift = 0) {
-  const std::uint32_t m = static_cast<std::uint32_t>(message.size()), s = static_cast<std::uint32_t>(source.size()),
-                      e = static_cast<std::uint32_t>(exe.size());
-  const std::uint32_t words[14] = {0x5001, 77, 77, 78, m, messageOffsetShift, s, m, 12, 0x0C080100, 25790, m + s, e, 1400};
-  std::string datagram;
+std::string recordDatagram(const std::string& message, const std::string& source, std::uint32_t messageOffset = 0) {
+  const std::uint32_t m = static_cast<std::uint32_t>(message.size()), s = static_cast<std::uint32_t>(source.size());
+  const std::uint32_t words[14] = {0x5001, 77, 77, 78, m, messageOffset, s, m, 12, 0x0C080100, 25790, m + s, 4, 1400};
+  std::string bytes;
   for (const std::uint32_t w : words)
-    for (int k = 0; k < 4; ++k) datagram += static_cast<char>((w >> (8 * k)) & 0xFF);
-  return datagram + message + source + exe;
-}
-
-// A socket file whose owner closed it without removing it.
-bool makeStaleSocket(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::snprintf(address.sun_path, sizeof address.sun_path, "%s", path.c_str());
-  const int fd = socket(AF_UNIX, SOCK_DGRAM, 0);
-  const bool bound = fd >= 0 && bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  if (fd >= 0) close(fd);
-  return bound;
+    for (int k = 0; k < 4; ++k) bytes += static_cast<char>((w >> (8 * k)) & 0xFF);
+  return bytes + message + source + "host";
 }
 
 testkit::ChildProcess::Options monitorOptions(std::vector<std::string> arguments) {
@@ -85,15 +68,16 @@ testkit::ChildProcess::Options monitorOptions(std::vector<std::string> arguments
 
 }  // namespace
 
+// The acceptance run: a host with krsassert=1 violates one check twice under a listening krgemon.
 TEST(krgemon, PrintsAHostsRecordsAsReadableLinesAndCleansUp) {
   testkit::ScratchDir dir;
   ASSERT_TRUE(dir.ok() && dir.copyLibrary() && dir.write("lw.ini", "[lw]\nkrsassert=1\n"));
   const std::string socketPath = dir.file("run/user/monitor");
   testkit::ChildProcess monitor(monitorOptions({"--socket", socketPath, "--count", "4", "--timeout", "30"}));
   ASSERT_TRUE(waitForSocket(socketPath));
-  EXPECT_EQ(modeOf(dir.file("run")), 0700u);
-  EXPECT_EQ(modeOf(dir.file("run/user")), 0700u);
-  EXPECT_EQ(modeOf(socketPath), 0600u);
+  EXPECT_EQ(modeOf(dir.file("run")) & 07777u, 0700u);
+  EXPECT_EQ(modeOf(dir.file("run/user")) & 07777u, 0700u);
+  EXPECT_EQ(modeOf(socketPath) & 07777u, 0600u);
 
   testkit::ChildProcess host({{KRGEL_PROBE_HOST}, testkit::libraryEnvironment(dir, socketPath), {}, -1});
   EXPECT_EQ(host.call("violate 2"), "done");
@@ -117,8 +101,8 @@ TEST(krgemon, PrintsAHostsRecordsAsReadableLinesAndCleansUp) {
                            "WARNING 'tab\\\\there'");
   EXPECT_TRUE(std::regex_match(lines[2], warning)) << lines[2];
   EXPECT_EQ(lines[3], "KRGEL.DLL process detach");
-  EXPECT_FALSE(exists(socketPath));
-  EXPECT_TRUE(exists(dir.file("run/user")));
+  EXPECT_EQ(modeOf(socketPath), 0u);
+  EXPECT_NE(modeOf(dir.file("run/user")), 0u);
 }
 
 TEST(krgemon, JsonLinesEscapeTextsAndReportMalformedDatagrams) {
@@ -127,59 +111,51 @@ TEST(krgemon, JsonLinesEscapeTextsAndReportMalformedDatagrams) {
   const std::string socketPath = dir.file("monitor");
   testkit::ChildProcess monitor(monitorOptions({"--json", "--socket", socketPath, "--count", "5"}));
   ASSERT_TRUE(waitForSocket(socketPath));
-  ASSERT_TRUE(sendDatagram(socketPath, recordDatagram("WARNING 'quote \" back\\slash \xC3\xA9'", "a.cpp", "host")));
-  ASSERT_TRUE(sendDatagram(socketPath, "KRGEL.DLL process attach\n"));
-  ASSERT_TRUE(sendDatagram(socketPath, recordDatagram("message", "a.cpp", "host", 1000)));  // points past the end
-  ASSERT_TRUE(sendDatagram(socketPath, std::string("\x01\x50\x00\x00short", 9)));            // cut-off header
-  ASSERT_TRUE(sendDatagram(socketPath, recordDatagram("bad \xFF utf8", "", "host")));
+  ASSERT_TRUE(datagram(socketPath, recordDatagram("WARNING 'quote \" back\\slash \xC3\xA9'", "a.cpp")));
+  ASSERT_TRUE(datagram(socketPath, "KRGEL.DLL process attach\n"));
+  ASSERT_TRUE(datagram(socketPath, recordDatagram("message", "a.cpp", 1000)));  // points past the end
+  ASSERT_TRUE(datagram(socketPath, std::string("\x01\x50\x00\x00short", 9)));   // cut-off header
+  ASSERT_TRUE(datagram(socketPath, recordDatagram("bad \xFF utf8", "")));
   const auto lines = linesOf(monitor.readAll(10000));
   EXPECT_EQ(monitor.wait(10000), 0);
+  const std::string record = "\"pid\":77,\"tid\":78,\"kind\":201851136,\"code\":25790,\"line\":12,\"exe\":\"host\",";
+  const std::string expected[] = {
+      record + "\"source\":\"a.cpp\",\"message\":\"WARNING 'quote \\\" back\\\\slash \xC3\xA9'\"",
+      "\"text\":\"KRGEL.DLL process attach\\n\"",
+      "\"malformed\":" + std::to_string(56 + 7 + 5 + 4),
+      "\"malformed\":9",
+      record + "\"source\":\"\",\"message\":\"bad \\ufffd utf8\"",
+  };
   ASSERT_EQ(lines.size(), 5u);
   const std::regex time("\\{\"time\":\"\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}\",(.*)\\}");
-  std::vector<std::string> bodies;
-  for (const std::string& line : lines) {
+  for (std::size_t i = 0; i < 5; ++i) {
     std::smatch match;
-    ASSERT_TRUE(std::regex_match(line, match, time)) << line;
-    bodies.push_back(match[1]);
+    ASSERT_TRUE(std::regex_match(lines[i], match, time)) << lines[i];
+    EXPECT_EQ(match[1], expected[i]);
   }
-  EXPECT_EQ(bodies[0],
-            "\"pid\":77,\"tid\":78,\"kind\":201851136,\"code\":25790,\"line\":12,\"exe\":\"host\",\"source\":"
-            "\"a.cpp\",\"message\":\"WARNING 'quote \\\" back\\\\slash \xC3\xA9'\"");
-  EXPECT_EQ(bodies[1], "\"text\":\"KRGEL.DLL process attach\\n\"");
-  EXPECT_EQ(bodies[2], "\"malformed\":" + std::to_string(56 + 7 + 5 + 4));
-  EXPECT_EQ(bodies[3], "\"malformed\":9");
-  EXPECT_EQ(bodies[4],
-            "\"pid\":77,\"tid\":78,\"kind\":201851136,\"code\":25790,\"line\":12,\"exe\":\"host\",\"source\":\"\","
-            "\"message\":\"bad \\ufffd utf8\"");
 }
 
-TEST(krgemon, StopSignalsRemoveTheSocket) {
+TEST(krgemon, SignalsAndTimeoutEndTheRunAndRemoveTheSocket) {
   for (const int number : {SIGINT, SIGTERM}) {
     SCOPED_TRACE(number);
     testkit::ScratchDir dir;
     ASSERT_TRUE(dir.ok());
-    const std::string socketPath = dir.file("monitor");
-    testkit::ChildProcess monitor(monitorOptions({"--socket", socketPath}));
-    ASSERT_TRUE(waitForSocket(socketPath));
+    testkit::ChildProcess monitor(monitorOptions({"--socket", dir.file("monitor")}));
+    ASSERT_TRUE(waitForSocket(dir.file("monitor")));
     monitor.signal(number);
     EXPECT_EQ(monitor.wait(10000), 0);
-    EXPECT_FALSE(exists(socketPath));
+    EXPECT_EQ(modeOf(dir.file("monitor")), 0u);
   }
-}
-
-TEST(krgemon, TimeoutEndsTheRunAndTellsWhetherTheCountWasReached) {
+  // A timeout ends with 0, or with 3 when the count was not reached.
   testkit::ScratchDir dir;
   ASSERT_TRUE(dir.ok());
-  const struct {
-    std::vector<std::string> extra;
-    int status;
-  } rows[] = {{{"--timeout", "0.2"}, 0}, {{"--timeout", "0.2", "--count", "3"}, 3}};
-  for (const auto& row : rows) {
-    std::vector<std::string> arguments = {"--socket", dir.file("monitor")};
-    arguments.insert(arguments.end(), row.extra.begin(), row.extra.end());
+  for (const char* count : {"", "3"}) {
+    SCOPED_TRACE(count);
+    std::vector<std::string> arguments = {"--socket", dir.file("monitor"), "--timeout", "0.2"};
+    if (*count) arguments.insert(arguments.end(), {"--count", count});
     testkit::ChildProcess monitor(monitorOptions(arguments));
-    EXPECT_EQ(monitor.wait(10000), row.status);
-    EXPECT_FALSE(exists(dir.file("monitor")));
+    EXPECT_EQ(monitor.wait(10000), *count ? 3 : 0);
+    EXPECT_EQ(modeOf(dir.file("monitor")), 0u);
   }
 }
 
@@ -189,17 +165,14 @@ TEST(krgemon, RefusesBadArgumentsAndPathsItMustNotTake) {
   const std::vector<std::string> badArguments[] = {
       {"--count", "0"}, {"--count", "x"}, {"--timeout", "-1"}, {"--timeout", "nan"}, {"--socket"}, {"--verbose"}};
   for (const auto& arguments : badArguments) {
-    SCOPED_TRACE(arguments[0]);
+    SCOPED_TRACE(arguments[0] + (arguments.size() > 1 ? " " + arguments[1] : ""));
     testkit::ChildProcess monitor(monitorOptions(arguments));
     EXPECT_EQ(monitor.wait(10000), 2);
   }
-
   // A regular file at the path is neither used nor removed.
   testkit::ChildProcess onFile(monitorOptions({"--socket", dir.file("file"), "--timeout", "5"}));
   EXPECT_EQ(onFile.wait(10000), 1);
-  struct stat status;
-  ASSERT_EQ(lstat(dir.file("file").c_str(), &status), 0);
-  EXPECT_TRUE(S_ISREG(status.st_mode));
+  EXPECT_TRUE(S_ISREG(modeOf(dir.file("file"))));
 
   // A live monitor keeps its socket; a second one at the same path gives up.
   const std::string socketPath = dir.file("monitor");
@@ -207,15 +180,15 @@ TEST(krgemon, RefusesBadArgumentsAndPathsItMustNotTake) {
   ASSERT_TRUE(waitForSocket(socketPath));
   testkit::ChildProcess second(monitorOptions({"--socket", socketPath, "--timeout", "5"}));
   EXPECT_EQ(second.wait(10000), 1);
-  ASSERT_TRUE(sendDatagram(socketPath, "still here\n"));
+  ASSERT_TRUE(datagram(socketPath, "still here\n"));
   EXPECT_EQ(first.readAll(10000), "still here\n");
   EXPECT_EQ(first.wait(10000), 0);
 
   // The socket of a monitor that died without cleaning up is taken over.
-  ASSERT_TRUE(makeStaleSocket(socketPath));
+  ASSERT_TRUE(datagram(socketPath, "", true));
   testkit::ChildProcess third(monitorOptions({"--socket", socketPath, "--count", "1", "--timeout", "30"}));
   bool delivered = false;  // the stale socket refuses until the new monitor has replaced it
-  for (int i = 0; i < 500 && !delivered; ++i) delivered = sendDatagram(socketPath, "again\n") || (usleep(10000), false);
+  for (int i = 0; i < 500 && !delivered; ++i) delivered = datagram(socketPath, "again\n") || (usleep(10000), false);
   ASSERT_TRUE(delivered);
   EXPECT_EQ(third.readAll(10000), "again\n");
 }
@@ -225,19 +198,16 @@ TEST(krgemon, DefaultEndpointFollowsTheLibrarysRule) {
   ASSERT_TRUE(dir.ok());
   const struct {
     const char* name;
-    std::vector<std::pair<std::string, std::string>> set;
-    std::vector<std::string> unset;
-    std::string expected;
-  } rows[] = {
-      {"KRGE_MONITOR first", {{"KRGE_MONITOR", dir.file("a")}, {"XDG_RUNTIME_DIR", dir.path()}}, {}, dir.file("a")},
-      {"then XDG_RUNTIME_DIR", {{"KRGE_MONITOR", ""}, {"XDG_RUNTIME_DIR", dir.path()}}, {}, dir.file("_indebmon")},
-  };
+    std::string monitorVariable, expected;
+  } rows[] = {{"KRGE_MONITOR first", dir.file("a"), dir.file("a")},
+              {"then XDG_RUNTIME_DIR", "", dir.file("_indebmon")}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    testkit::ChildProcess monitor({{KRGEL_KRGEMON, "--count", "1", "--timeout", "30"}, row.set, row.unset, -1});
+    testkit::ChildProcess monitor({{KRGEL_KRGEMON, "--count", "1", "--timeout", "30"},
+                                   {{"KRGE_MONITOR", row.monitorVariable}, {"XDG_RUNTIME_DIR", dir.path()}}, {}, -1});
     ASSERT_TRUE(waitForSocket(row.expected));
-    ASSERT_TRUE(sendDatagram(row.expected, "x\n"));
+    ASSERT_TRUE(datagram(row.expected, "x\n"));
     EXPECT_EQ(monitor.wait(10000), 0);
-    EXPECT_FALSE(exists(row.expected));
+    EXPECT_EQ(modeOf(row.expected), 0u);
   }
 }
