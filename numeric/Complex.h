@@ -18,8 +18,18 @@ struct Complex {
   Complex() = default;
   constexpr Complex(double real, double imaginary = 0.0) : re(real), im(imaginary) {}
 
+  // One sincos call: the compiler merges cos(t) and sin(t) by itself, but not cos(t) and sin(-t)
+  // of a quotient, which it rewrites to cos(t) first. The C library's sincos gives the bits of
+  // its sin and cos.
   static Complex fromPolar(double angle, double modulus) {
+#if defined(__GLIBC__)
+    double sine;
+    double cosine;
+    ::sincos(angle, &sine, &cosine);
+    return Complex(modulus * cosine, modulus * sine);
+#else
     return Complex(modulus * std::cos(angle), modulus * std::sin(angle));
+#endif
   }
   // sqrt(re^2 + im^2), written out: callers compare moduli computed the same way.
   double modulus() const { return std::sqrt(re * re + im * im); }

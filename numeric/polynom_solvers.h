@@ -25,11 +25,17 @@ int solveCubic(const Polynom& p, Complex& x1, Complex& x2, Complex& x3);
 // candidate order, unpolished; answers how many. A degree other than 4 raises the E_FAIL assertion
 // and answers 0.
 int solveQuartic(const Polynom& p, KrsArray<double>& roots);
+// solveQuartic on the normalised coefficients c[0..4] (constant first, c[4] the normalised lead):
+// writes the real candidates to found[0..3] in candidate order and answers how many.
+int solveMonicQuartic(const double* c, double* found);
 // At most 10 Newton steps on x; a step whose residual is larger than the current one (or not a
 // number) is rejected and ends the polish. Stops early once |step| < 1e-16.
 void polishNewton(const Polynom& p, double& x);
 // polishNewton on each of x[0..count-1]; the same results as polishing them one by one.
 void polishNewtonAll(const Polynom& p, double* x, int count);
+// polishNewtonAll for the quartic c[0..4] (constant first), with the same results; residual[i]
+// receives p(x[i]) at the polished x[i].
+void polishNewtonQuartic(const double* c, double* x, int count, double* residual);
 // One Muller step: the root, nearer to x2, of the parabola through the three points (the minus
 // root on a tie). A degenerate parabola (straight line or constant) gives its line root, or x2.
 Complex mullerStep(const Polynom& p, const Complex& x0, const Complex& x1, const Complex& x2);
