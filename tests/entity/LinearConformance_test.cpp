@@ -1,6 +1,4 @@
 // The generic curve contract for lines and segments.
-#include "KrGeLine3d.h"
-#include "KrGeLineSeg3d.h"
 #include "testkit/CurveConformance.h"
 
 namespace testkit {
@@ -14,12 +12,13 @@ struct CurveSamples<KrGeLine3d> {
   }
 };
 
+// Plain, on another interval, reversed, and far out.
 template <>
 struct CurveSamples<KrGeLineSeg3d> {
   static std::vector<KrGeLineSeg3d> make() {
-    KrGeLineSeg3d ranged(KrGePoint3d(0, 1, 0), KrGeVector3d(1, 1, 1));
+    KrGeLineSeg3d ranged(KrGePoint3d(0, 1, 0), KrGeVector3d(1, 1, 1)),
+        reversed(KrGePoint3d(-1, -1, 2), KrGePoint3d(3, 5, 0));
     ranged.setInterval(KrGeInterval(-2.0, 0.5));
-    KrGeLineSeg3d reversed(KrGePoint3d(-1, -1, 2), KrGePoint3d(3, 5, 0));
     reversed.reverseParam();
     return {KrGeLineSeg3d(KrGePoint3d(1, 2, 3), KrGePoint3d(4, -2, 7)), ranged, reversed,
             KrGeLineSeg3d(KrGePoint3d(1e4, 1e4, -1e4), KrGeVector3d(-3, 0.25, 8))};
