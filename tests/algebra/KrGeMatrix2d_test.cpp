@@ -42,8 +42,6 @@ TEST(KrGeMatrix2d, InverseRoundTripsForRandomAffineMaps) {
                                        {value(engine), value(engine)});
     if (std::fabs(m.det()) < 1.0) continue;
     ASSERT_LE(maxDifference(m.inverse() * m, KrGeMatrix2d::kIdentity), 1e-12);
-    KrGeMatrix2d inverted = m;
-    ASSERT_LE(maxDifference(inverted.invert().invert(), m), 1e-11);
   }
   KrGeMatrix2d odd = KrGeMatrix2d::scaling(2);
   odd(2, 0) = 9;

@@ -27,9 +27,7 @@ TEST(KrGeVector2d, NormalizeFailsAtTheFixedFloorAndZeroLengthTakesTheRoot) {
     KrGe::ErrorCondition status = KrGe::kOk;
     v.normalize(KrGeTol(), status);
     EXPECT_EQ(status, row.fails ? KrGe::k0This : KrGe::kOk);
-    if (!std::isnan(row.x)) {
-      EXPECT_EQ(v.x, row.fails ? row.x : 1.0);  // unchanged on failure
-    }
+    if (!std::isnan(row.x)) { EXPECT_EQ(v.x, row.fails ? row.x : 1.0); }  // unchanged on failure
   }
   EXPECT_TRUE(KrGeVector2d(1e-10, 0).isZeroLength());
   EXPECT_FALSE(KrGeVector2d(2e-10, 0).isZeroLength());

@@ -175,7 +175,6 @@ TEST(KrGeVector3d, RotateToTurnsOntoTheTargetDirection) {
     ASSERT_NEAR(turned.length(), v.length(), 1e-14 * v.length());
     ASSERT_LE((turned.normal() - target.normal()).length(), 1e-13) << i;
   }
-  // With an axis given the rotation is about that axis, in either sense of it.
   for (double sense : {1.0, -1.0}) {
     const KrGeMatrix3d r = KrGeVector3d(1, 0, 0).rotateTo(KrGeVector3d(0, 3, 0), KrGeVector3d(0, 0, sense));
     EXPECT_TRUE((r * KrGeVector3d(1, 0, 0)).isEqualTo(KrGeVector3d(0, 1, 0), tolerance(1e-15)));

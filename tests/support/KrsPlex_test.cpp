@@ -15,7 +15,6 @@ TEST(KrsPlex, Create_ChainsBlocksInFrontAndNodesAreUsable) {
   ASSERT_NE(second, nullptr);
   EXPECT_EQ(head, second);
   EXPECT_EQ(second->pNext, first);
-  // Every node of a block is writable and suitably aligned for doubles.
   EXPECT_EQ(reinterpret_cast<std::uintptr_t>(first->data()) % alignof(double), 0u);
   std::memset(first->data(), 0xAB, 4 * sizeof(double) * 3);
   std::memset(second->data(), 0xCD, 16 * 8);

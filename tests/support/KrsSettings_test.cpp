@@ -70,7 +70,6 @@ TEST(KrsSettings, BinaryAndHugeFilesReadAsDefaultsWithoutHarm) {
   std::string binary(64 * 1024, '\0');
   for (char& c : binary) c = static_cast<char>(random() & 0xFF);
   EXPECT_EQ(stateWithSettings(binary), "assert=0 host=0 switches=0");
-  // Embedded NUL bytes and a valid section after binary noise.
   EXPECT_EQ(stateWithSettings(std::string("\0\0\0\n", 4) + "[lw]\nJumpArrOnAdd=1\n"), "assert=0 host=0 switches=1");
   // 20 MiB of one endless line, then the key: the reader stops after its byte budget and keeps
   // only a bounded piece of each line. A long file whose key comes early is still read.

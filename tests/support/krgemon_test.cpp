@@ -146,7 +146,6 @@ TEST(krgemon, SignalsAndTimeoutEndTheRunAndRemoveTheSocket) {
     EXPECT_EQ(monitor.wait(10000), 0);
     EXPECT_EQ(modeOf(dir.file("monitor")), 0u);
   }
-  // A timeout ends with 0, or with 3 when the count was not reached.
   testkit::ScratchDir dir;
   ASSERT_TRUE(dir.ok());
   for (const char* count : {"", "3"}) {
@@ -169,7 +168,6 @@ TEST(krgemon, RefusesBadArgumentsAndPathsItMustNotTake) {
     testkit::ChildProcess monitor(monitorOptions(arguments));
     EXPECT_EQ(monitor.wait(10000), 2);
   }
-  // A regular file at the path is neither used nor removed.
   testkit::ChildProcess onFile(monitorOptions({"--socket", dir.file("file"), "--timeout", "5"}));
   EXPECT_EQ(onFile.wait(10000), 1);
   EXPECT_TRUE(S_ISREG(modeOf(dir.file("file"))));
