@@ -10,12 +10,6 @@ static_assert(std::is_trivially_copyable<KrGePoint3d>::value, "KrGePoint3d is pl
 
 const KrGePoint3d KrGePoint3d::kOrigin(0.0, 0.0, 0.0);
 
-KrGePoint3d& KrGePoint3d::setToProduct(const KrGeMatrix3d& matrix, const KrGePoint3d& point) {
-  return *this = matrix * point;
-}
-
-KrGePoint3d& KrGePoint3d::transformBy(const KrGeMatrix3d& matrix) { return *this = matrix * *this; }
-
 KrGePoint3d& KrGePoint3d::rotateBy(double angle, const KrGeVector3d& axis, const KrGePoint3d& centre) {
   KrGeMatrix3d rotation;
   rotation.setToRotation(angle, axis, centre);

@@ -17,12 +17,6 @@ const KrGeVector3d KrGeVector3d::kZAxis(0.0, 0.0, 1.0);
 
 double KrGeVector3d::lengthScaled(double sum) const { return krge::scaledLength(sum, x, y, z); }
 
-KrGeVector3d& KrGeVector3d::setToProduct(const KrGeMatrix3d& matrix, const KrGeVector3d& vector) {
-  return *this = matrix * vector;
-}
-
-KrGeVector3d& KrGeVector3d::transformBy(const KrGeMatrix3d& matrix) { return *this = matrix * *this; }
-
 unsigned KrGeVector3d::largestElement() const {
   unsigned index = 0;
   double largest = std::fabs(x);

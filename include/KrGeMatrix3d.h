@@ -149,3 +149,14 @@ public:
 
   double entry[4][4];
 };
+
+// Matrix products of points and vectors, declared with their classes and defined here, where the
+// matrix is complete: inline, so that a host's transformation loop makes no call.
+inline KrGePoint3d& KrGePoint3d::setToProduct(const KrGeMatrix3d& matrix, const KrGePoint3d& point) {
+  return *this = matrix * point;
+}
+inline KrGePoint3d& KrGePoint3d::transformBy(const KrGeMatrix3d& matrix) { return *this = matrix * *this; }
+inline KrGeVector3d& KrGeVector3d::setToProduct(const KrGeMatrix3d& matrix, const KrGeVector3d& vector) {
+  return *this = matrix * vector;
+}
+inline KrGeVector3d& KrGeVector3d::transformBy(const KrGeMatrix3d& matrix) { return *this = matrix * *this; }

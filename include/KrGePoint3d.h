@@ -45,7 +45,7 @@ public:
     x = p.x + v.x; y = p.y + v.y; z = p.z + v.z; return *this;
   }
   // this := matrix * point, full affine map (3x3 block plus translation; fourth row unread).
-  KrGePoint3d& setToProduct(const KrGeMatrix3d& matrix, const KrGePoint3d& point);
+  inline KrGePoint3d& setToProduct(const KrGeMatrix3d& matrix, const KrGePoint3d& point);
   KrGeVector3d asVector() const { return KrGeVector3d(x, y, z); }
 
   // length(this - p), without intermediate underflow or overflow.
@@ -61,7 +61,7 @@ public:
   bool operator!=(const KrGePoint3d& p) const { return !isEqualTo(p, KrGeContext::gTol); }
 
   // Each builds the matrix of the matching KrGeMatrix3d::setTo... and applies it to this point.
-  KrGePoint3d& transformBy(const KrGeMatrix3d& matrix);
+  inline KrGePoint3d& transformBy(const KrGeMatrix3d& matrix);
   // Rotation by angle radians, counterclockwise about axis through centre.
   KrGePoint3d& rotateBy(double angle, const KrGeVector3d& axis, const KrGePoint3d& centre = kOrigin);
   // Reflection in the plane.
@@ -81,3 +81,7 @@ public:
 
   double x, y, z;
 };
+
+// The matrix products above are defined inline with the matrix, so that transforming points costs
+// no call into the library.
+#include "KrGeMatrix3d.h"

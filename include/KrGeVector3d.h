@@ -53,9 +53,9 @@ public:
   }
   KrGeVector3d& setToProduct(const KrGeVector3d& v, double s) { x = v.x * s; y = v.y * s; z = v.z * s; return *this; }
   // this := matrix * vector with the upper-left 3x3 block only (translation ignored).
-  KrGeVector3d& setToProduct(const KrGeMatrix3d& matrix, const KrGeVector3d& vector);
+  inline KrGeVector3d& setToProduct(const KrGeMatrix3d& matrix, const KrGeVector3d& vector);
   // this := matrix * this, 3x3 block only.
-  KrGeVector3d& transformBy(const KrGeMatrix3d& matrix);
+  inline KrGeVector3d& transformBy(const KrGeMatrix3d& matrix);
 
   double lengthSqrd() const { return x * x + y * y + z * z; }
   // sqrt(x*x + y*y + z*z), computed without intermediate underflow or overflow: bit-identical to
@@ -166,3 +166,6 @@ private:
 };
 
 inline KrGeVector3d operator*(double s, const KrGeVector3d& v) { return v * s; }
+
+// Points, and through them the matrix with the inline matrix products of this class.
+#include "KrGePoint3d.h"
