@@ -72,31 +72,24 @@ bool KrGeVector2d::isPerpendicularTo(const KrGeVector2d& v, const KrGeTol& tol) 
 
 bool KrGeVector2d::isPerpendicularTo(const KrGeVector2d& v, const KrGeTol& tol,
                                      KrGe::ErrorCondition& status) const {
-  KrGeVector2d a(*this);
-  KrGeVector2d b(v);
-  a.normalize(tol, status);
-  if (status != KrGe::kOk) {
-    status = KrGe::k0This;
-    return true;
-  }
-  b.normalize(tol, status);
-  if (status != KrGe::kOk) {
-    status = KrGe::k0Arg1;
-    return true;
-  }
-  return std::fabs(a.dotProduct(b)) <= tol.equalVector();
+  return krge::perpendicularByUnits(*this, v, tol, status);
 }
 
+namespace {
+
+// The 2D direction tests call a vector of length <= equalVector directionless (root taken):
+// status 1 for this one, 2 for the argument, and the test answers true. Otherwise status 0.
+bool hasZeroLength(const KrGeVector2d& self, const KrGeVector2d& v, const KrGeTol& tol, KrGe::ErrorCondition& status) {
+  status = self.length() <= tol.equalVector() ? KrGe::k0This
+           : v.length() <= tol.equalVector()  ? KrGe::k0Arg1
+                                               : KrGe::kOk;
+  return status != KrGe::kOk;
+}
+
+}  // namespace
+
 bool KrGeVector2d::isParallelTo(const KrGeVector2d& v, const KrGeTol& tol, KrGe::ErrorCondition& status) const {
-  if (length() <= tol.equalVector()) {
-    status = KrGe::k0This;
-    return true;
-  }
-  if (v.length() <= tol.equalVector()) {
-    status = KrGe::k0Arg1;
-    return true;
-  }
-  status = KrGe::kOk;
+  if (hasZeroLength(*this, v, tol, status)) return true;
   const KrGeVector2d a = normal(tol);
   const KrGeVector2d b = v.normal(tol);
   return (a - b).length() <= tol.equalVector() || (a + b).length() <= tol.equalVector();
@@ -109,15 +102,7 @@ bool KrGeVector2d::isParallelTo(const KrGeVector2d& v, const KrGeTol& tol) const
 
 bool KrGeVector2d::isCodirectionalTo(const KrGeVector2d& v, const KrGeTol& tol,
                                      KrGe::ErrorCondition& status) const {
-  if (length() <= tol.equalVector()) {
-    status = KrGe::k0This;
-    return true;
-  }
-  if (v.length() <= tol.equalVector()) {
-    status = KrGe::k0Arg1;
-    return true;
-  }
-  status = KrGe::kOk;
+  if (hasZeroLength(*this, v, tol, status)) return true;
   return normal(tol).isEqualTo(v.normal(tol), tol);
 }
 

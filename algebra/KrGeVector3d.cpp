@@ -70,19 +70,7 @@ KrGeVector3d KrGeVector3d::normal(const KrGeTol& tol) const {
 
 bool KrGeVector3d::isPerpendicularTo(const KrGeVector3d& v, const KrGeTol& tol,
                                      KrGe::ErrorCondition& status) const {
-  KrGeVector3d a(*this);
-  KrGeVector3d b(v);
-  a.normalize(tol, status);
-  if (status != KrGe::kOk) {
-    status = KrGe::k0This;
-    return true;
-  }
-  b.normalize(tol, status);
-  if (status != KrGe::kOk) {
-    status = KrGe::k0Arg1;
-    return true;
-  }
-  return std::fabs(a.dotProduct(b)) <= tol.equalVector();
+  return krge::perpendicularByUnits(*this, v, tol, status);
 }
 
 bool KrGeVector3d::isPerpendicularTo(const KrGeVector3d& v, const KrGeTol& tol) const {

@@ -3,6 +3,9 @@
 
 #include <cmath>
 
+#include "KrGe.h"
+#include "KrGeTol.h"
+
 namespace krge {
 
 constexpr double kPi = 3.141592653589793;
@@ -28,6 +31,26 @@ inline double scaledLength(double sum, double x, double y, double z) {
   const double sy = std::ldexp(y, -exponent);
   const double sz = std::ldexp(z, -exponent);
   return std::ldexp(std::sqrt(sx * sx + sy * sy + sz * sz), exponent);
+}
+
+// The perpendicularity test with a status, alike in 2D and 3D: both vectors are normalised
+// with their own class's rule (status 1 when this one fails, 2 when the argument does, and the
+// answer is true), then the cosine of the angle between them is compared with equalVector.
+template <class Vector>
+bool perpendicularByUnits(const Vector& self, const Vector& v, const KrGeTol& tol, KrGe::ErrorCondition& status) {
+  Vector a(self);
+  Vector b(v);
+  a.normalize(tol, status);
+  if (status != KrGe::kOk) {
+    status = KrGe::k0This;
+    return true;
+  }
+  b.normalize(tol, status);
+  if (status != KrGe::kOk) {
+    status = KrGe::k0Arg1;
+    return true;
+  }
+  return std::fabs(a.dotProduct(b)) <= tol.equalVector();
 }
 
 }  // namespace krge

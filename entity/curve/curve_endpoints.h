@@ -27,26 +27,25 @@ inline bool krEndPointsClosestPoints(const KrGeCurve3d& curve1, const KrGeCurve3
   const bool bounded2 = range2.isBounded();
   if (!bounded1 && !bounded2) return false;
 
-  double d11 = DBL_MAX, d12 = DBL_MAX, d21 = DBL_MAX, d22 = DBL_MAX, m1 = DBL_MAX, m2 = DBL_MAX;
-  KrGePoint3d s1, e1, a, b, s2, e2, c, d;
-  if (bounded1) {
-    s1 = curve1.evalPoint(range1.lowerBound());
-    e1 = curve1.evalPoint(range1.upperBound());
-    a = curve2.closestPointTo(s1, tol);
-    b = curve2.closestPointTo(e1, tol);
-    d11 = s1.distanceTo(a);
-    d12 = e1.distanceTo(b);
-    m1 = d11 < d12 ? d11 : d12;
-  }
-  if (bounded2) {
-    s2 = curve2.evalPoint(range2.lowerBound());
-    e2 = curve2.evalPoint(range2.upperBound());
-    c = curve1.closestPointTo(s2, tol);
-    d = curve1.closestPointTo(e2, tol);
-    d21 = s2.distanceTo(c);
-    d22 = e2.distanceTo(d);
-    m2 = d21 < d22 ? d21 : d22;
-  }
+  // The ends of a bounded curve, their closest points on the other curve and the two distances.
+  struct EndProjections {
+    KrGePoint3d start, end, onOtherFromStart, onOtherFromEnd;
+    double fromStart = DBL_MAX, fromEnd = DBL_MAX, least = DBL_MAX;
+  };
+  const auto project = [&tol](const KrGeCurve3d& curve, const KrGeInterval& range, const KrGeCurve3d& other) {
+    EndProjections p;
+    p.start = curve.evalPoint(range.lowerBound());
+    p.end = curve.evalPoint(range.upperBound());
+    p.onOtherFromStart = other.closestPointTo(p.start, tol);
+    p.onOtherFromEnd = other.closestPointTo(p.end, tol);
+    p.fromStart = p.start.distanceTo(p.onOtherFromStart);
+    p.fromEnd = p.end.distanceTo(p.onOtherFromEnd);
+    p.least = p.fromStart < p.fromEnd ? p.fromStart : p.fromEnd;
+    return p;
+  };
+  const EndProjections one = bounded1 ? project(curve1, range1, curve2) : EndProjections();
+  const EndProjections two = bounded2 ? project(curve2, range2, curve1) : EndProjections();
+  const double m1 = one.least, m2 = two.least;
   if (!bounded1)
     result = m2;
   else if (!bounded2)
@@ -54,18 +53,18 @@ inline bool krEndPointsClosestPoints(const KrGeCurve3d& curve1, const KrGeCurve3
   else
     result = m1 < m2 ? m1 : m2;
 
-  if (result == d11) {
-    point1 = s1;
-    point2 = a;
-  } else if (result == d12) {
-    point1 = e1;
-    point2 = b;
-  } else if (result == d21) {
-    point1 = c;
-    point2 = s2;
+  if (result == one.fromStart) {
+    point1 = one.start;
+    point2 = one.onOtherFromStart;
+  } else if (result == one.fromEnd) {
+    point1 = one.end;
+    point2 = one.onOtherFromEnd;
+  } else if (result == two.fromStart) {
+    point1 = two.onOtherFromStart;
+    point2 = two.start;
   } else {
-    point1 = d;
-    point2 = e2;
+    point1 = two.onOtherFromEnd;
+    point2 = two.end;
   }
   return true;
 }

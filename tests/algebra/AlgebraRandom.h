@@ -4,13 +4,27 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <random>
 #include <string>
 
 #include "KrGePoint3d.h"
+#include "KrGeTol.h"
 #include "KrGeVector3d.h"
 
 namespace algebra_test {
+
+constexpr double kPi = 3.141592653589793;
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+// A tolerance with `value` for both points and vectors.
+inline KrGeTol tolerance(double value) {
+  KrGeTol tol;
+  tol.setEqualPoint(value);
+  tol.setEqualVector(value);
+  return tol;
+}
 
 class Random {
 public:

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/algebra/AlgebraRandom.h"
+
 #include <cmath>
 #include <random>
 #include <type_traits>
 
+using namespace algebra_test;
+
 namespace {
-constexpr double kPi = 3.141592653589793;
 
 KrGeMatrix2d fromColumns(const KrGeVector2d& x, const KrGeVector2d& y, const KrGePoint2d& origin = KrGePoint2d::kOrigin) {
   KrGeMatrix2d m;

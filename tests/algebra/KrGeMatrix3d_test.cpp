@@ -8,15 +8,10 @@
 
 #include "tests/algebra/AlgebraRandom.h"
 
-namespace {
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
+using namespace algebra_test;
 
-KrGeTol tolerance(double value) {
-  KrGeTol tol;
-  tol.setEqualPoint(value);
-  tol.setEqualVector(value);
-  return tol;
-}
+namespace {
+
 
 KrGeMatrix3d fromColumns(const KrGeVector3d& x, const KrGeVector3d& y, const KrGeVector3d& z,
                          const KrGePoint3d& origin = KrGePoint3d::kOrigin) {

@@ -7,15 +7,14 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/algebra/AlgebraRandom.h"
+
 #include <cmath>
 #include <limits>
 
 using testkit::MonitorCapture;
 
-namespace {
-constexpr double kPi = 3.141592653589793;
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-}  // namespace
+using namespace algebra_test;
 
 // The rules that differ from 3D: normalisation fails up to a fixed 1e-20 (3D only at exact 0),
 // zero length takes the root.

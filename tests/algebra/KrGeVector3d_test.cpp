@@ -13,18 +13,7 @@
 
 using testkit::MonitorCapture;
 
-namespace {
-constexpr double kPi = 3.141592653589793;
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
-
-KrGeTol tolerance(double value) {
-  KrGeTol tol;
-  tol.setEqualPoint(value);
-  tol.setEqualVector(value);
-  return tol;
-}
-}  // namespace
+using namespace algebra_test;
 
 TEST(KrGeVector3d, LengthNeitherUnderflowsNorOverflows) {
   const struct { KrGeVector3d v; double length; } rows[] = {
