@@ -91,9 +91,10 @@ public:
   bool isUniScaledOrtho(const KrGeTol& tol = KrGeContext::gTol) const;
 
   // Writes rows 0 to 2 of result with the inverse affine map: adjugate of the 3x3 block over
-  // det(), translation -inverse * translation. No pivoting and no singularity test: tol is
-  // ignored, the answer is always true, a singular block gives infinities or NaNs. The fourth
-  // row of result is not written.
+  // det(), translation -adjugate * translation divided by det() once (on integer entries each
+  // translation entry is the correctly rounded quotient). No pivoting and no singularity test:
+  // tol is ignored, the answer is always true, a singular block gives infinities or NaNs. The
+  // fourth row of result is not written.
   bool inverse(KrGeMatrix3d& result, const KrGeTol& tol) const;
   // Copy of this matrix (its fourth row kept) with rows 0 to 2 inverted as above.
   KrGeMatrix3d inverse() const;

@@ -3,6 +3,7 @@
 #include "KrGeInterval.h"
 #include "KrsDiagnostics.h"
 
+#include <climits>
 #include <cmath>
 
 namespace {
@@ -160,7 +161,11 @@ KrGeKnotVector& KrGeKnotVector::removeAt(int index) {
 }
 
 KrGeKnotVector& KrGeKnotVector::removeSubVector(int startIndex, int endIndex) {
-  m_knots.RemoveAt(startIndex, endIndex - startIndex + 1);
+  // The count is formed in wide arithmetic and clamped to the int range: indices near the int
+  // limits must not wrap into a count that looks valid. A clamped count never fits, so the
+  // array's own range checks report it and nothing is removed.
+  const long long count = static_cast<long long>(endIndex) - startIndex + 1;
+  m_knots.RemoveAt(startIndex, static_cast<int>(count > INT_MAX ? INT_MAX : count < INT_MIN ? INT_MIN : count));
   return *this;
 }
 

@@ -103,9 +103,9 @@ bool KrGeCurve3dImpl::hasEndPoint(KrGePoint3d& endPoint) const {
   return true;
 }
 
-KrsArray<KrGeVector3d>& KrGeCurve3dImpl::sharedDerivatives() {
-  static KrsArray<KrGeVector3d> derivatives;
-  return derivatives;
+// An empty array of its own per call: it allocates nothing, and distinct curves used from
+// distinct threads share no state.
+KrGePoint3d KrGeCurve3dImpl::evalPoint(double param) const {
+  KrsArray<KrGeVector3d> noDerivatives;
+  return evalPoint(param, 0, noDerivatives);
 }
-
-KrGePoint3d KrGeCurve3dImpl::evalPoint(double param) const { return evalPoint(param, 0, sharedDerivatives()); }

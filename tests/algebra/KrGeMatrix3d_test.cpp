@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 #include <type_traits>
 
 #include "tests/algebra/AlgebraRandom.h"
@@ -122,6 +123,35 @@ TEST(KrGeMatrix3d, InverseTimesMatrixIsIdentity) {
     ASSERT_LE(maxDifference(product, KrGeMatrix3d::kIdentity), 1e-12) << i;
     KrGeMatrix3d inverted = m;
     ASSERT_LE(maxDifference(inverted.invert().invert(), m), 1e-12 * (1 + 10 / std::fabs(s)));
+  }
+}
+
+// On integer entries the translation of the inverse is one correctly rounded quotient: the
+// solution of A x = -t by Cramer's rule, its determinants exact in 64-bit integers.
+TEST(KrGeMatrix3d, InverseTranslationIsExactOnIntegerInput) {
+  std::mt19937_64 engine(4417);
+  std::uniform_int_distribution<int> entry(-99, 99);
+  const auto det3 = [](const long long (&a)[3][3]) {
+    return a[0][0] * (a[1][1] * a[2][2] - a[1][2] * a[2][1]) - a[0][1] * (a[1][0] * a[2][2] - a[1][2] * a[2][0]) +
+           a[0][2] * (a[1][0] * a[2][1] - a[1][1] * a[2][0]);
+  };
+  for (int trial = 0; trial < 500; ++trial) {
+    long long a[3][3], t[3];
+    KrGeMatrix3d m;
+    for (unsigned i = 0; i < 3; ++i) {
+      for (unsigned j = 0; j < 3; ++j) m(i, j) = static_cast<double>(a[i][j] = entry(engine));
+      m(i, 3) = static_cast<double>(t[i] = entry(engine));
+    }
+    const long long det = det3(a);
+    if (det == 0) continue;
+    const KrGeMatrix3d inverse = m.inverse();
+    for (unsigned k = 0; k < 3; ++k) {
+      long long replaced[3][3];
+      for (unsigned i = 0; i < 3; ++i)
+        for (unsigned j = 0; j < 3; ++j) replaced[i][j] = j == k ? -t[i] : a[i][j];
+      ASSERT_EQ(inverse(k, 3), static_cast<double>(det3(replaced)) / static_cast<double>(det))
+          << "seed 4417, trial " << trial << ", row " << k;
+    }
   }
 }
 

@@ -1,6 +1,7 @@
 // Planes: construction and the fallbacks of every setter, the reversed flag, transformation,
 // intersections with lines and planes against independent checks, closest points, relations and
 // evaluation.
+#include <climits>
 #include <tuple>
 #include <utility>
 
@@ -320,6 +321,21 @@ TEST(KrGePlane, Evaluate_DerivativesComeByTotalOrderAndNegativeOrderIsReported) 
       recordsOf([&] { EXPECT_EQ(plane.evalPoint(KrGePoint2d(2, 3), -1, derivatives), KrGePoint3d(8, 5, 3)); });
   EXPECT_EQ(linear_test::countAssertions(records, "(derivOrd<0)"), 1);
   EXPECT_EQ(derivatives.GetSize(), 0);
+}
+
+// Orders up to 256 give n(n+3)/2 derivatives; beyond, where that count would overflow or exhaust
+// memory, the order is reported and no derivative is given.
+TEST(KrGePlane, Evaluate_OrdersBeyondTheLimitAreReported) {
+  const KrGePlane plane(KrGePoint3d(1, 2, 3), KrGeVector3d(2, 0, 0), KrGeVector3d(1, 1, 0));
+  KrsArray<KrGeVector3d> derivatives;
+  plane.evalPoint(KrGePoint2d(2, 3), 256, derivatives);
+  EXPECT_EQ(derivatives.GetSize(), 33152);
+  for (int order : {257, 46341, INT_MAX}) {
+    const auto records =
+        recordsOf([&] { EXPECT_EQ(plane.evalPoint(KrGePoint2d(2, 3), order, derivatives), KrGePoint3d(8, 5, 3)); });
+    EXPECT_EQ(derivatives.GetSize(), 0) << order;
+    EXPECT_EQ(linear_test::countAssertions(records, "(derivOrd>kMaxDerivOrder)"), order == 257) << order;
+  }
 }
 
 // Copies and assignments are independent and keep the reversed flag, which takes part in equality.

@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <initializer_list>
 #include <random>
+#include <string>
 #include <vector>
 
 using testkit::MonitorCapture;
@@ -145,6 +147,28 @@ TEST(KrGeKnotVector, Split_FarKnotsGoToHead) {
   KrGeKnotVector self = v;
   self.split(1, &self, 1, nullptr, 0);
   EXPECT_EQ(values(self), values(v));
+}
+
+// Ranges whose count does not fit an int are bad ranges like any other: reported by the array's
+// own removal checks and ignored.
+TEST(KrGeKnotVector, RemoveSubVector_RangesNearTheIntLimitsAreReportedAndIgnored) {
+  const struct {
+    int start, end;
+    const char* check;
+  } rows[] = {{0, INT_MAX, "(nIndex + nCount <= m_nSize)"}, {INT_MIN, 0, "(nIndex >= 0)"},
+              {INT_MAX, INT_MIN, "(nCount >= 0)"}, {1, 0, nullptr}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::to_string(row.start) + ".." + std::to_string(row.end));
+    KrGeKnotVector v = knots({0, 1});
+    MonitorCapture::clear();
+    v.removeSubVector(row.start, row.end);
+    const auto records = MonitorCapture::drain();
+    EXPECT_EQ(values(v), (Knots{0, 1}));
+    ASSERT_EQ(records.size(), row.check ? 1u : 0u);
+    if (row.check) {
+      EXPECT_NE(records[0].message.find(row.check), std::string::npos) << records[0].message;
+    }
+  }
 }
 
 TEST(KrGeKnotVector, Diagnostics_NotImplementedOnceAndBadIndex) {

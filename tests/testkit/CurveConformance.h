@@ -11,12 +11,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "KrGeL.h"
+#include "testkit/MonitorCapture.h"
 
 namespace testkit {
 
@@ -169,9 +173,35 @@ TYPED_TEST_P(CurveConformance, TransformBlocksAndProjection_FollowTheCurve) {
   });
 }
 
+// Derivative orders above 256 and sample counts above 2^20 are reported and answered without
+// allocating for them: no derivatives, the zero vector, at most 2^20 samples; nothing throws.
+TYPED_TEST_P(CurveConformance, HostileCounts_BeyondTheLimitsAreReportedNotAllocated) {
+  const TypeParam curve = CurveSamples<TypeParam>::make()[0];
+  KrGePointOnCurve3d onCurve(curve, 0.5);
+  KrsArray<KrGeVector3d> derivatives;
+  KrsArray<KrGePoint3d> samples;
+  MonitorCapture::clear();
+  for (int order : {257, INT_MAX}) {
+    derivatives.SetSize(3);
+    EXPECT_TRUE(pointsClose(curve.evalPoint(0.5, order, derivatives), curve.evalPoint(0.5), 0.0)) << order;
+    EXPECT_EQ(derivatives.GetSize(), 0) << order;
+    EXPECT_EQ(onCurve.deriv(order).lengthSqrd(), 0.0) << order;
+  }
+  curve.getSamplePoints(INT_MAX, samples);
+  EXPECT_LE(samples.GetSize(), 1 << 20);
+  const std::vector<Record> records = MonitorCapture::drain();
+  for (const std::string expression : {"(numDeriv>kMaxDerivOrder)", "(order>kMaxDerivOrder)", "(numSample>kMaxSampleCount)"})
+    EXPECT_EQ(std::count_if(records.begin(), records.end(), [&](const Record& record) {
+                return record.message.find("Expression: '" + expression + "'") != std::string::npos;
+              }), 1) << expression;
+  curve.evalPoint(0.5, 256, derivatives);
+  EXPECT_EQ(derivatives.GetSize(), 256);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(CurveConformance, CopyAndAssignment_DeepThroughEntityNoneThroughCurve,
                             Evaluation_DerivativesParamOfAndEndPoints,
                             ClosestPoint_IsOnTheCurveAndNoFartherThanAnySample, IsOn_BothSidesOfTheTolerance,
-                            TransformBlocksAndProjection_FollowTheCurve);
+                            TransformBlocksAndProjection_FollowTheCurve,
+                            HostileCounts_BeyondTheLimitsAreReportedNotAllocated);
 
 }  // namespace testkit

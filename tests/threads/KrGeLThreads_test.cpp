@@ -1,0 +1,192 @@
+// Distinct objects of every kind used from several threads at once, under the real monitor with
+// assertions on. Each workload builds its own objects, drives operations that report (check
+// sites, warnings, self-check notices) and folds its results into a checksum. Every thread must
+// get the checksum of a single-threaded run, every once-only report must arrive exactly once
+// however many threads failed its check together, and every warning once per call, from the
+// thread that made it. Under the ThreadSanitizer preset the same run proves the absence of races.
+//
+// A new entity kind adds one workload to kWorkloads.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "KrGeL.h"
+#include "testkit/MonitorCapture.h"
+
+using testkit::MonitorCapture;
+using testkit::Record;
+
+namespace {
+
+constexpr int kThreads = 4;
+constexpr int kRounds = 40;
+
+// Order-sensitive fold of the bits of every result, so that any difference shows.
+struct Checksum {
+  std::uint64_t value = 1469598103934665603ull;
+  void add(double x) {
+    std::uint64_t bits;
+    std::memcpy(&bits, &x, sizeof bits);
+    value = (value ^ bits) * 1099511628211ull;
+  }
+  void add(const KrGePoint3d& p) { add(p.x), add(p.y), add(p.z); }
+  void add(const KrGeVector3d& v) { add(v.x), add(v.y), add(v.z); }
+};
+
+void algebra(int round, Checksum& sum) {
+  const KrGeVector3d axis(1, round, 2);
+  const KrGeMatrix3d m = KrGeMatrix3d::rotation(0.1 * round, axis, KrGePoint3d(round, 1, 0)) *
+                         KrGeMatrix3d::scaling(1.5, KrGePoint3d(0, 0, round));
+  sum.add(m.inverse() * KrGePoint3d(1, 2, 3));
+  sum.add(KrGeVector3d(1, 0, 0).rotateTo(KrGeVector3d(0, 0, 0)) * KrGeVector3d(1, 1, 1));  // warning
+  sum.add(KrGeMatrix2d::rotation(0.3 * round).inverse()(0, 1));
+  sum.add(KrGeVector3d(round, 1, 1).angleTo(axis));
+}
+
+void numerics(int round, Checksum& sum) {
+  KrGeKnotVector knots;
+  for (int i = 0; i < 8; ++i) knots.append(i / 2);
+  knots.insert(0.5 * round);
+  knots.setRange(-1, round + 1.0);
+  sum.add(knots.multiplicityAt(2) + knots.numIntervals() + knots[-1]);  // bad index: reported once
+  KrGeKnotVector head, tail;
+  knots.split(0.5, &head, 2, &tail, 1);  // reports itself as not implemented, once
+  sum.add(head.length() + tail.length());
+  knots.removeSubVector(INT_MAX, INT_MIN);
+  const KrGeInterval interval(round + 1.0, 0.0);  // lower above upper: warning
+  sum.add(interval.length());
+  KrsArray<double> coefficients, roots;
+  for (double c : {-6.0, 11.0, -6.0 + round, 1.0, 0.0}) coefficients.Add(c);
+  for (int i = methodDecart(coefficients, roots) - 1; i >= 0; --i) sum.add(roots[i]);
+  coefficients.RemoveAt(4, 1);
+  for (int i = methodFindAllRoot(coefficients, roots, true) - 1; i >= 0; --i) sum.add(roots[i]);
+  static_cast<void>(&coefficients.GetAt(9));  // the host's own array code reports its bad index once
+}
+
+void linear(int round, Checksum& sum) {
+  KrGeLineSeg3d segment(KrGePoint3d(round, 0, 1), KrGePoint3d(3, round, -2));
+  const KrGeLine3d line(KrGePoint3d(0, 1, round), KrGeVector3d(1, -1, 0.5));
+  KrGePoint3d onLine;
+  sum.add(segment.closestPointTo(line, onLine));  // self-check notice, once
+  sum.add(onLine);
+  KrsArray<KrGeVector3d> derivatives;
+  sum.add(segment.evalPoint(0.25, 3, derivatives));
+  sum.add(derivatives[0]);
+  segment.evalPoint(0.5, INT_MAX, derivatives);  // beyond the limit: reported once
+  KrsArray<KrGePoint3d> samples;
+  segment.getSamplePoints(1, samples);  // reported once, raised to 2
+  line.getSamplePoints(4, samples);     // unbounded: warning
+  segment.rotateBy(0.2, KrGeVector3d(0, 0, 1), onLine);
+  sum.add(segment.midPoint());
+  sum.add(line.projClosestPointTo(KrGePoint3d(1, 2, 3), KrGeVector3d(0, 0, 1)));
+  KrGePoint3d crossing;
+  sum.add(segment.intersectWith(line, crossing) ? 1.0 : 0.0);
+}
+
+void planar(int round, Checksum& sum) {
+  KrGePlane plane(KrGePoint3d(1, round, 0), KrGeVector3d(0, 0, 0));  // degenerate normal: warning
+  sum.add(plane.normal());
+  plane.set(KrGePoint3d(0, 0, round), KrGeVector3d(1, 1, round));
+  KrsArray<KrGeVector3d> derivatives;
+  sum.add(plane.evalPoint(KrGePoint2d(0.5, round), 2, derivatives));
+  sum.add(derivatives[1]);
+  plane.evalPoint(KrGePoint2d(), -1, derivatives);  // reported once
+  KrGePoint3d meet;
+  sum.add(plane.intersectWith(KrGeLine3d(KrGePoint3d(0, 0, 0), KrGeVector3d(1, 2, 3)), meet) ? 1.0 : 0.0);
+  sum.add(meet);
+  sum.add(plane.closestPointTo(KrGePoint3d(round, 2, 3)));
+}
+
+void blocksAndPoints(int round, Checksum& sum) {
+  KrGeBoundBlock3d block(KrGePoint3d(0, 0, 0), KrGeVector3d(1, round, 0), KrGeVector3d(0, 1, 0),
+                         KrGeVector3d(0, 0, 1));
+  block.extend(KrGePoint3d(round, -2, 5)).swell(0.5);
+  sum.add(block.contains(KrGePoint3d(1, 1, 1)) + 2.0 * block.isDisjoint(KrGeBoundBlock3d()));
+  KrGePoint3d low, high;
+  block.setToBox(true).getMinMaxPoints(low, high);
+  sum.add(high - low);
+  const KrGeLineSeg3d segment(KrGePoint3d(0, round, 0), KrGePoint3d(4, 0, 1));
+  KrGePointOnCurve3d onCurve(segment, 0.25), bare;
+  sum.add(onCurve.point());
+  sum.add(onCurve.deriv(1) + onCurve.deriv(0));  // order 0: reported once
+  sum.add(bare.point());                         // no curve: reported once
+  KrGePointEnt3d point(KrGePoint3d(round, 1, 2));
+  point.rotateBy(0.5, KrGeVector3d(1, 0, 0));
+  sum.add(point.point3d());
+}
+
+struct Workload {
+  const char* name;
+  void (*run)(int round, Checksum& sum);
+};
+
+const Workload kWorkloads[] = {{"algebra", algebra},
+                               {"numerics", numerics},
+                               {"linear", linear},
+                               {"planar", planar},
+                               {"blocks and points", blocksAndPoints}};
+
+std::vector<std::uint64_t> runAll() {
+  std::vector<std::uint64_t> sums;
+  for (const Workload& workload : kWorkloads) {
+    Checksum sum;
+    for (int round = 0; round < kRounds; ++round) workload.run(round, sum);
+    sums.push_back(sum.value);
+  }
+  return sums;
+}
+
+bool isWarning(const Record& record) { return record.message.rfind("WARNING '", 0) == 0; }
+
+}  // namespace
+
+TEST(KrGeLThreads, DistinctObjectsOnSeveralThreads_SameResultsAndEachReportOnce) {
+  ASSERT_TRUE(MonitorCapture::active());
+  MonitorCapture::clear();
+  std::vector<std::vector<std::uint64_t>> sums(kThreads);
+  std::vector<std::thread> threads;
+  std::atomic<int> ready{0};
+  for (int t = 0; t < kThreads; ++t)
+    threads.emplace_back([&, t] {
+      ready.fetch_add(1);
+      while (ready.load() < kThreads) std::this_thread::yield();  // start together
+      sums[t] = runAll();
+    });
+  for (std::thread& thread : threads) thread.join();
+  const std::vector<Record> together = MonitorCapture::drain();
+  const std::vector<std::uint64_t> alone = runAll();
+  const std::vector<Record> single = MonitorCapture::drain();
+
+  for (int t = 0; t < kThreads; ++t)
+    for (std::size_t w = 0; w < alone.size(); ++w) EXPECT_EQ(sums[t][w], alone[w]) << kWorkloads[w].name << ", thread " << t;
+
+  std::map<std::string, int> onceOnly;
+  std::set<unsigned> warningThreads;
+  int warnings = 0;
+  for (const Record& record : together) {
+    if (isWarning(record)) {
+      ++warnings;
+      warningThreads.insert(record.threadId);
+    } else {
+      ++onceOnly[record.message];
+    }
+  }
+  EXPECT_GE(onceOnly.size(), 10u);
+  for (const auto& [message, count] : onceOnly) EXPECT_EQ(count, 1) << message;
+  int singleWarnings = 0;
+  for (const Record& record : single) {
+    EXPECT_TRUE(isWarning(record)) << "reported again: " << record.message;
+    singleWarnings += isWarning(record);
+  }
+  EXPECT_GT(singleWarnings, 0);
+  EXPECT_EQ(warnings, kThreads * singleWarnings);
+  EXPECT_EQ(warningThreads.size(), static_cast<std::size_t>(kThreads));
+}
