@@ -4,11 +4,14 @@
 #                     krgemon monitor attached and prints the monitor's lines
 #   ./setup.sh test   installs what is missing, builds and runs the whole test suite in the
 #                     release build and in the AddressSanitizer+UBSan build (warnings are errors),
-#                     and the threaded test in the ThreadSanitizer build
+#                     the threaded test in the ThreadSanitizer build, and each fuzz target for
+#                     30 s from its seed corpus (any finding fails)
+#   ./setup.sh fuzz [seconds]
+#                     the long fuzz run: each target for `seconds` (default 600)
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev)
+readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang libclang-rt-dev)
 
 installMissing() {
   local missing=() package
@@ -70,8 +73,32 @@ runThreadCheck() {
   setarch "$(uname -m)" -R ctest --preset tsan
 }
 
+# Each fuzz target for `seconds` from its seed corpus in tests/fuzz/corpus/<family>/. New inputs
+# go to a scratch corpus; a finding is written to build/fuzz/findings/ and fails the run.
+runFuzz() {
+  local seconds=$1 corpus family work
+  cmake --preset fuzz
+  cmake --build --preset fuzz
+  mkdir -p build/fuzz/findings
+  for corpus in tests/fuzz/corpus/*/; do
+    family=$(basename "$corpus")
+    work=$(mktemp -d)
+    echo "--- fuzzing $family for ${seconds} s ---"
+    if ! "build/fuzz/tests/fuzz/krgel_fuzz_$family" -max_total_time="$seconds" -timeout=30 -print_final_stats=1 \
+        -artifact_prefix=build/fuzz/findings/ "$work" "$corpus" >"$work.log" 2>&1; then
+      cat "$work.log"
+      rm -rf "$work" "$work.log"
+      echo "setup.sh: the $family fuzz target found a problem (input in build/fuzz/findings/)" >&2
+      exit 1
+    fi
+    grep -E '^stat::(number_of_executed_units|average_exec_per_sec|peak_rss_mb)' "$work.log"
+    rm -rf "$work" "$work.log"
+  done
+}
+
 case "${1:-}" in
   demo) installMissing; runDemo ;;
-  test) installMissing; runTests; runThreadCheck ;;
-  *) echo "usage: $0 demo|test" >&2; exit 2 ;;
+  test) installMissing; runTests; runThreadCheck; runFuzz 30 ;;
+  fuzz) installMissing; runFuzz "${2:-600}" ;;
+  *) echo "usage: $0 demo|test|fuzz [seconds]" >&2; exit 2 ;;
 esac

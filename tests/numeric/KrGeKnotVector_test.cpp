@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <initializer_list>
 #include <random>
 #include <string>
@@ -147,6 +148,29 @@ TEST(KrGeKnotVector, Split_FarKnotsGoToHead) {
   KrGeKnotVector self = v;
   self.split(1, &self, 1, nullptr, 0);
   EXPECT_EQ(values(self), values(v));
+}
+
+// The head is what inserting its knots one by one with insert() gives, bit for bit, also with
+// NaNs, signed zeros, repeats and unsorted input (the naive insertions here are the reference).
+TEST(KrGeKnotVector, Split_HeadIsTheOrderOfRepeatedInsertion) {
+  std::mt19937 engine(977);
+  const double pool[] = {NAN, -0.0, 0.0, 1, 1, 2, -3, 5, INFINITY, 0.5};
+  for (int trial = 0; trial < 300; ++trial) {
+    KrGeKnotVector source;
+    for (int n = engine() % 12; n > 0; --n) source.append(pool[engine() % 10]);
+    const double param = pool[engine() % 10];
+    const int multLast = engine() % 3, multFirst = engine() % 3;
+    KrGeKnotVector head, tail, expected;
+    source.split(param, &head, multLast, trial % 2 ? &tail : &head, multFirst);
+    int i = 0;
+    for (; i < source.length() && source[i] < param && std::fabs(param - source[i]) > 1e-9; ++i) expected.insert(source[i]);
+    for (int k = multLast + (trial % 2 ? 0 : multFirst); k > 0; --k) expected.insert(param);
+    for (; i < source.length(); ++i)
+      if (source[i] > param && std::fabs(param - source[i]) > 1e-9) expected.insert(source[i]);
+    ASSERT_EQ(head.length(), expected.length()) << "seed 977, trial " << trial;
+    for (int k = 0; k < head.length(); ++k)
+      ASSERT_EQ(std::memcmp(&head[k], &expected[k], sizeof(double)), 0) << "seed 977, trial " << trial << ", knot " << k;
+  }
 }
 
 // Ranges whose count does not fit an int are bad ranges like any other: reported by the array's
