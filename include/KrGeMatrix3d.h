@@ -23,8 +23,9 @@ public:
   constexpr KrGeMatrix3d() noexcept
       : entry{{1.0, 0.0, 0.0, 0.0}, {0.0, 1.0, 0.0, 0.0}, {0.0, 0.0, 1.0, 0.0}, {0.0, 0.0, 0.0, 1.0}} {}
 
-  double operator()(unsigned row, unsigned column) const { return entry[row][column]; }
-  double& operator()(unsigned row, unsigned column) { return entry[row][column]; }
+  // Entry (row, column); an index above 3 stands for 3 (no check, no report).
+  double operator()(unsigned row, unsigned column) const { return entry[clamp(row)][clamp(column)]; }
+  double& operator()(unsigned row, unsigned column) { return entry[clamp(row)][clamp(column)]; }
 
   KrGeMatrix3d& setToIdentity();
   // Columns 0, 1, 2 := the axes as given (not normalised), column 3 := origin, fourth row :=
@@ -149,6 +150,9 @@ public:
                                     const KrGeVector3d& toYAxis, const KrGeVector3d& toZAxis);
 
   double entry[4][4];
+
+private:
+  static constexpr unsigned clamp(unsigned index) { return index < 3 ? index : 3; }
 };
 
 // Matrix products of points and vectors, declared with their classes and defined here, where the
