@@ -11,6 +11,8 @@ list(APPEND KRGEL_SOURCES
   entity/linear/KrGeLinearEnt3d.cpp
   entity/linear/KrGeLine3d.cpp
   entity/linear/KrGeLineSeg3d.cpp
+  entity/relation/KrCurveRelation.cpp
+  entity/relation/line_line.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp
