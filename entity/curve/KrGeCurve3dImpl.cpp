@@ -103,9 +103,9 @@ bool KrGeCurve3dImpl::hasEndPoint(KrGePoint3d& endPoint) const {
   return true;
 }
 
-// An empty array of its own per call: it allocates nothing, and distinct curves used from
-// distinct threads share no state.
+// Each call has its own empty derivative array: an empty KrsArray holds no block, so this costs
+// no allocation, and curves used on different threads share nothing.
 KrGePoint3d KrGeCurve3dImpl::evalPoint(double param) const {
-  KrsArray<KrGeVector3d> noDerivatives;
-  return evalPoint(param, 0, noDerivatives);
+  KrsArray<KrGeVector3d> derivatives;
+  return evalPoint(param, 0, derivatives);
 }
