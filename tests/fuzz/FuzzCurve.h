@@ -109,7 +109,7 @@ inline void curveStep(Input& in, KrGeCurve3d& curve, const KrGeCurve3d& other) {
     case 19: {
       KrsArray<KrGePoint3d> points;
       KrsArray<double> params;
-      mayRunOutOfMemory([&] { curve.getSamplePoints(in.integer(), points); });
+      mayRunOutOfMemory([&] { curve.getSamplePoints(in.length(), points); });
       const double from = in.real(), to = in.real();
       mayRunOutOfMemory([&] { curve.getSamplePoints(from, to, in.real(), points, params); });
       break;

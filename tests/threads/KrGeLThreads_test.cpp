@@ -123,6 +123,23 @@ void blocksAndPoints(int round, Checksum& sum) {
   sum.add(point.point3d());
 }
 
+void arcs(int round, Checksum& sum) {
+  KrGeCircArc3d arc(KrGePoint3d(round, 0, 1), KrGeVector3d(0, 0, 0), 2.0);  // zero normal: warning
+  arc.setAngles(0.25, 2.0 + round * 0.01);
+  KrsArray<KrGeVector3d> derivatives;
+  sum.add(arc.evalPoint(1.0, 2, derivatives));
+  sum.add(derivatives[1]);
+  KrsArray<KrGePoint3d> samples;
+  arc.getSamplePoints(1, samples);  // reported once
+  sum.add(samples[0]);
+  int count = 0;
+  KrGePoint3d first, second;
+  sum.add(arc.intersectWith(KrGeLineSeg3d(KrGePoint3d(-5, 0.5, 1), KrGePoint3d(9, 0.5, 1)), count, first, second));
+  sum.add(first), sum.add(count);
+  arc.rotateBy(0.3, KrGeVector3d(1, 1, 0), KrGePoint3d(0, round, 0));
+  sum.add(arc.startPoint()), sum.add(arc.normal());
+}
+
 struct Workload {
   const char* name;
   void (*run)(int round, Checksum& sum);
@@ -132,7 +149,8 @@ const Workload kWorkloads[] = {{"algebra", algebra},
                                {"numerics", numerics},
                                {"linear", linear},
                                {"planar", planar},
-                               {"blocks and points", blocksAndPoints}};
+                               {"blocks and points", blocksAndPoints},
+                               {"arcs", arcs}};
 
 std::vector<std::uint64_t> runAll() {
   std::vector<std::uint64_t> sums;
