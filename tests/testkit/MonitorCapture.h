@@ -10,26 +10,19 @@
 namespace testkit {
 
 struct Record {
-  unsigned processId = 0;
-  unsigned threadId = 0;
-  unsigned line = 0;
-  unsigned kind = 0;
-  unsigned code = 0;
-  unsigned magic = 0;
+  unsigned processId = 0, threadId = 0, line = 0, kind = 0, code = 0, magic = 0;
   std::string message;  // UTF-8
   std::string source;
   std::string executable;
 };
 
-// Reads everything the library has sent so far (records and plain debug-output lines).
+// Reads everything the library has sent (records only; plain debug-output lines are dropped).
 class MonitorCapture {
 public:
   // Discards what is queued.
-  static void clear();
+  static void clear() { drain(); }
   // Records received since the last clear()/drain(), in arrival order.
   static std::vector<Record> drain();
-  // Plain-text datagrams (attach/detach lines) received so far, including those before main().
-  static std::vector<std::string> debugLines();
   // Starts the thread that empties the monitor socket as records arrive (called by main()).
   static void startReader();
   // True when this process runs under the test monitor with assertions on.
