@@ -14,6 +14,10 @@ class KrGeCurve3dImpl;
 // counting as within. Operations that return a new entity or fill a list of curves hand
 // ownership of the new facades to the caller (delete them with delete).
 // Evaluation and query operations are const: they never change the curve.
+// Hostile input: derivative orders above 256 and sample counts above 2^20 are reported (once per
+// check site) and answered neutrally, as noted below. Nothing throws, except that an operation
+// filling a KrsArray (evalPoint with derivatives, getSamplePoints, explode, getTrimmedOffset)
+// throws KrsException(kOutOfMemory) when that array cannot grow; the array is then left valid.
 class KRGEL_API KrGeCurve3d : public KrGeEntity3d {
 public:
   using KrGeEntity3d::operator=;
@@ -132,11 +136,13 @@ public:
   virtual bool hasStartPoint(KrGePoint3d& startPoint) const;
   virtual bool hasEndPoint(KrGePoint3d& endPoint) const;
   // The point at param and, in derivArray (resized to numDeriv), its first numDeriv
-  // derivatives with respect to the parameter.
+  // derivatives with respect to the parameter. numDeriv below 0 or above 256 reports
+  // "(numDeriv<0)" or "(numDeriv>kMaxDerivOrder)" and empties the array; the point is still given.
   virtual KrGePoint3d evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const;
   // The point at param.
   virtual KrGePoint3d evalPoint(double param) const;
-  // NumSample points spread evenly over the range.
+  // NumSample points spread evenly over the range; fewer than 2 are reported and raised to 2,
+  // more than 2^20 reported "(numSample>kMaxSampleCount)" and lowered to 2^20.
   virtual void getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const;
   // Points and parameters over [fromParam, toParam] whose chords deviate from the
   // curve by at most approxEps.

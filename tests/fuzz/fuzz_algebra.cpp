@@ -28,7 +28,7 @@ void step(fuzz::Input& in, State& s) {
   KrGeInterval& interval = s.interval[a];
   KrGeKnotVector& knots = s.knots[a];
   KrGe::ErrorCondition status;
-  switch (in.below(40)) {
+  switch (in.below(42)) {
     case 0: v = in.vector(); break;
     case 1: s.point[a] = in.point(); break;
     case 2: m = in.matrix(); break;
@@ -121,6 +121,17 @@ void step(fuzz::Input& in, State& s) {
       });
       break;
     case 38: fuzz::mayRunOutOfMemory([&] { s.coefficients.Add(in.real()); }); break;
+    case 40: fuzz::mayRunOutOfMemory([&] {  // the host's own array, with hostile indices and counts
+        s.coefficients.SetAtGrow(in.length(), in.real());
+        s.coefficients.InsertAt(in.length(), in.real(), in.integer());
+      });
+      break;
+    case 41: fuzz::mayRunOutOfMemory([&] {
+        s.coefficients.RemoveAt(in.integer(), in.integer());
+        s.coefficients.Append(s.roots.GetData(), in.integer() % (s.roots.GetSize() + 1));
+        s.coefficients.SetSize(in.length(), in.integer());
+      });
+      break;
     case 39: {
       if (s.coefficients.GetSize() > 64) s.coefficients.RemoveAll();
       keep(methodDecart(s.coefficients, s.roots) + methodFindAllRoot(s.coefficients, s.roots, in.flag()));

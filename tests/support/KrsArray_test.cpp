@@ -158,6 +158,7 @@ TEST(KrsArray, EditInPlaceCopyDeepAndRunOutOfMemory) {
     items.RemoveAt(0, 0);
     EXPECT_EQ(items.GetMaxSize(), capacity);
     EXPECT_EQ(items.Append(itemsOf<11>({3, 4})), 4);
+    items.SetAtGrow(INT_MAX, Item<11>{5.0, {0.0, 0.0}});  // its size would pass INT_MAX: ignored
     EXPECT_EQ(valuesOf(items), (Values{1, 7, 0, 0, 3, 4}));
   });
   EXPECT_TRUE(quiet.empty());
