@@ -5,59 +5,47 @@
 
 namespace {
 
-std::vector<Record> gFirstCallRecords;
-
-// The first call of each operation under self-check, made before any test runs so that the
-// notices are seen whatever order the tests run in; each operation is then called again.
-struct FirstCallsEnvironment : ::testing::Environment {
-  void SetUp() override {
-    const KrGeLineSeg3d a(KrGePoint3d(0, 0, 0), KrGePoint3d(2, 0, 0)), b(KrGePoint3d(1, 1, 1), KrGePoint3d(3, 1, 1));
-    const KrGeVector3d z(0, 0, 1);
-    KrGePoint3d p(1, 1, 1), q;
-    KrGePointOnCurve3d onA, onB;
-    double t1 = 0, t2 = 0;
-    bool ok = false;
-    KrsArray<void*> offsets, pieces;
-    KrsArray<int> flags;
-    gFirstCallRecords = recordsOf([&] {
-      for (int round = 0; round < 2; ++round) {
-        KrGeCurve3d *piece1 = nullptr, *piece2 = nullptr;
-        KrGeLinearEnt3d* common = nullptr;
-        delete a.project(KrGePlane(), z);
-        a.projIntersectWith(b, z, p, q);
-        a.closestPointTo(b, q);
-        a.projClosestPointTo(p, z);
-        a.projClosestPointTo(b, z, q);
-        a.getSplitCurves(0.5, piece1, piece2);
-        a.getLocalClosestPoints(p, onA);
-        a.getLocalClosestPoints(b, onA, onB);
-        KrGeLineSeg3d(a).set(a, b, t1, t2, ok);
-        KrGeLineSeg3d(a).set(a, KrGePoint3d(1, 0, 0), t1, ok);
-        a.getTrimmedOffset(1.0, z, offsets, KrGe::kFillet);
-        a.explode(pieces, flags);
-        a.overlap(KrGeLineSeg3d(KrGePoint3d(1, 0, 0), KrGePoint3d(5, 0, 0)), common);
-        delete piece1;
-        delete piece2;
-        delete common;
-      }
-    });
-    for (int i = 0; i < offsets.GetSize(); ++i) delete static_cast<KrGeCurve3d*>(offsets[i]);
-  }
-};
-
-const auto* const kFirstCalls = ::testing::AddGlobalTestEnvironment(new FirstCallsEnvironment);
-
+// Each operation under self-check tells once, on its first call in the process (this test runs
+// in a process of its own under ctest), whatever the entities.
 TEST(KrGeLinearEnt3d, Notices_EachOperationTellsOnceOnItsFirstCall) {
-  ASSERT_NE(kFirstCalls, nullptr);
+  const KrGeLineSeg3d a(KrGePoint3d(0, 0, 0), KrGePoint3d(2, 0, 0)), b(KrGePoint3d(1, 1, 1), KrGePoint3d(3, 1, 1));
+  const KrGeVector3d z(0, 0, 1);
+  KrGePoint3d p(1, 1, 1), q;
+  KrGePointOnCurve3d onA, onB;
+  double t1 = 0, t2 = 0;
+  bool ok = false;
+  KrsArray<void*> offsets, pieces;
+  KrsArray<int> flags;
+  const auto records = recordsOf([&] {
+    for (int round = 0; round < 2; ++round) {
+      KrGeCurve3d *piece1 = nullptr, *piece2 = nullptr;
+      KrGeLinearEnt3d* common = nullptr;
+      delete a.project(KrGePlane(), z);
+      a.projIntersectWith(b, z, p, q);
+      a.closestPointTo(b, q);
+      a.projClosestPointTo(p, z);
+      a.projClosestPointTo(b, z, q);
+      a.getSplitCurves(0.5, piece1, piece2);
+      a.getLocalClosestPoints(p, onA);
+      a.getLocalClosestPoints(b, onA, onB);
+      KrGeLineSeg3d(a).set(a, b, t1, t2, ok);
+      KrGeLineSeg3d(a).set(a, KrGePoint3d(1, 0, 0), t1, ok);
+      a.getTrimmedOffset(1.0, z, offsets, KrGe::kFillet);
+      a.explode(pieces, flags);
+      a.overlap(KrGeLineSeg3d(KrGePoint3d(1, 0, 0), KrGePoint3d(5, 0, 0)), common);
+      delete piece1;
+      delete piece2;
+      delete common;
+    }
+  });
+  for (int i = 0; i < offsets.GetSize(); ++i) delete static_cast<KrGeCurve3d*>(offsets[i]);
   for (const char* name :
        {"project", "projIntersectWith(line, dir, ptOnL, ptOnL, tol)", "closestPointTo(curve, ptOnC, tol)",
         "projClosestPointTo(pt, dir, tol)", "projClosestPointTo(curve, dir, ptOnC, tol)", "getSplitCurves",
         "getLocalClosestPoints(pt, apxPt, ptr, tol)", "getLocalClosestPoints(crv, apxPtOnC, apxPtOnC, ptr, ptr, tol)",
         "set(curve, curve, p1, pt2, bool)", "set(curve, pt, param, bool)", "getTrimmedOffset - fillet/chamfer",
-        "explode", "overlap"}) {
-    const std::string signature = std::string("KrLinearEnt3dImpl::") + name;
-    EXPECT_EQ(countMessage(gFirstCallRecords, noticeText(signature)), 1) << signature;
-  }
+        "explode", "overlap"})
+    EXPECT_EQ(countMessage(records, noticeText(std::string("KrLinearEnt3dImpl::") + name)), 1) << name;
 }
 
 // p on segment a, q on segment b, and |p - q| the brute-force minimum, from either side.

@@ -144,8 +144,6 @@ TEST(KrGeInterval, OperationsCallOverrides) {
   WideInterval wide(0, 1);
   EXPECT_TRUE(wide.contains(KrGeInterval(-50, 50)));
   EXPECT_EQ(wide.length(), DBL_MAX);
-  double param = 0.5;
-  EXPECT_TRUE(wide.isPeriodicallyOn(1.0, param));
   wide.set(2.0, 3.0);
   wide.set(true, 4.0);
   KrGeInterval(0, 1).intersectWith(KrGeInterval(0.5, 2), wide);

@@ -6,23 +6,16 @@
 // thread that made it. Under the ThreadSanitizer preset the same run proves the absence of races.
 //
 // A new entity kind adds one workload to kWorkloads.
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <climits>
-#include <cstdint>
 #include <cstring>
 #include <map>
 #include <set>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "KrGeL.h"
-#include "testkit/MonitorCapture.h"
+#include "testkit/TestKit.h"
 
-using testkit::MonitorCapture;
-using testkit::Record;
+using namespace testkit;
 
 namespace {
 
@@ -162,8 +155,6 @@ std::vector<std::uint64_t> runAll() {
   return sums;
 }
 
-bool isWarning(const Record& record) { return record.message.rfind("WARNING '", 0) == 0; }
-
 }  // namespace
 
 TEST(KrGeLThreads, DistinctObjectsOnSeveralThreads_SameResultsAndEachReportOnce) {
@@ -188,23 +179,12 @@ TEST(KrGeLThreads, DistinctObjectsOnSeveralThreads_SameResultsAndEachReportOnce)
 
   std::map<std::string, int> onceOnly;
   std::set<unsigned> warningThreads;
-  int warnings = 0;
-  for (const Record& record : together) {
-    if (isWarning(record)) {
-      ++warnings;
-      warningThreads.insert(record.threadId);
-    } else {
-      ++onceOnly[record.message];
-    }
-  }
+  for (const Record& record : together)
+    record.message.rfind("WARNING", 0) == 0 ? void(warningThreads.insert(record.threadId)) : void(++onceOnly[record.message]);
   EXPECT_GE(onceOnly.size(), 10u);
   for (const auto& [message, count] : onceOnly) EXPECT_EQ(count, 1) << message;
-  int singleWarnings = 0;
-  for (const Record& record : single) {
-    EXPECT_TRUE(isWarning(record)) << "reported again: " << record.message;
-    singleWarnings += isWarning(record);
-  }
-  EXPECT_GT(singleWarnings, 0);
-  EXPECT_EQ(warnings, kThreads * singleWarnings);
+  EXPECT_EQ(warningsIn(single).size(), single.size()) << "a once-only report came again";
+  EXPECT_GT(single.size(), 0u);
+  EXPECT_EQ(warningsIn(together).size(), kThreads * single.size());
   EXPECT_EQ(warningThreads.size(), static_cast<std::size_t>(kThreads));
 }
