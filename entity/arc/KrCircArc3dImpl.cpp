@@ -103,11 +103,12 @@ KrCircArc3dImpl& KrCircArc3dImpl::setAngles(double startAngle, double endAngle) 
     KRS_WARN_AT("KrCircArc3dImpl::setAngles - non-finite start angle, 0 used", kSource, __LINE__);
     startAngle = 0.0;
   }
+  m_arc.startAng = startAngle;
   if (!std::isfinite(endAngle)) {
     KRS_WARN_AT("KrCircArc3dImpl::setAngles - non-finite end angle, full circle used", kSource, __LINE__);
-    endAngle = startAngle + kKrTwoPi;
+    m_arc.sweep = kKrTwoPi;
+    return *this;
   }
-  m_arc.startAng = startAngle;
   m_arc.sweep = krArcSweep(startAngle, endAngle, m_arc.radius);
   return *this;
 }
