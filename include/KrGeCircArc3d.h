@@ -49,6 +49,8 @@ class KrCircArc3dImpl;
 //   isOn(point): distance to closestPointTo(point) <= tol.equalPoint().
 //   evalPoint(param, n): the k-th derivative is the point's radius vector turned by k quarter
 //     turns about the normal (radius * (cos(t + k pi/2) refVec + sin(t + k pi/2) (normal x refVec))).
+//     A negative n reports "(numDeriv<0)" and gives none; more than 1048576 give 1048576 with the
+//     warning "KrCircArc3dImpl::evalPoint - numDeriv above 1048576, 1048576 used".
 //   length(from, to): radius * |to - from| (the parameters are not clamped to the range).
 //   paramAtLength(datum, length, forward): datum +- length / radius; a radius of 0 answers datum.
 //   area(start, end): the circular segment between the arc and its chord, r^2 / 2 (phi - sin phi)

@@ -201,7 +201,11 @@ void KrCircArc3dImpl::getInterval(KrGeInterval& range) const { range.set(m_arc.s
 // pair (cos, sin) turns a quarter at each order.
 KrGePoint3d KrCircArc3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const {
   KRS_FAIL_IF(numDeriv<0);
-  const int count = numDeriv > 0 ? numDeriv : 0;
+  int count = numDeriv > 0 ? numDeriv : 0;
+  if (count > kMaxSamples) {
+    KRS_WARN_AT("KrCircArc3dImpl::evalPoint - numDeriv above 1048576, 1048576 used", kSource, __LINE__);
+    count = kMaxSamples;
+  }
   derivArray.SetSize(count);
   const KrGeVector3d x = m_arc.refVec * m_arc.radius;
   const KrGeVector3d y = m_arc.yAxis() * m_arc.radius;

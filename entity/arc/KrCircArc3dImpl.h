@@ -15,7 +15,7 @@ public:
   static constexpr KrGe::EntityId kKinship[] = {KrGe::kCurve3d, KrGe::kEntity3d};
   static constexpr const char* kReportSource = "KrCircArc3dImpl";
   static constexpr int kAssignLine = 180;
-  // The most points getSamplePoints(numSample) produces.
+  // The most points getSamplePoints(numSample) produces, and the most derivatives evalPoint gives.
   static constexpr int kMaxSamples = 1 << 20;
 
   // The unit circle in the XY plane.

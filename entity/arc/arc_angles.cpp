@@ -6,6 +6,7 @@
 
 double krArcSweep(double start, double end, double radius) {
   double sweep = end - start;
+  if (!std::isfinite(sweep)) return kKrTwoPi;
   const double eps = radius == 0.0 ? 0.0 : KrGeContext::gTol.equalPoint() / radius;
   if (std::fabs(sweep) <= eps) return 0.0;
   if (std::fabs(sweep - kKrTwoPi) <= eps) return kKrTwoPi;

@@ -9,7 +9,8 @@ constexpr double kKrPi = 3.141592653589793;
 // ellipse): end - start, snapped to 0 or 2 pi within eps = KrGeContext::gTol.equalPoint() / radius
 // (eps = 0 for a radius of exactly 0), otherwise reduced by fmod into (0, 2 pi); a remainder <= 0
 // is kept when |start - end| <= 1e-10 and raised by 2 pi otherwise. So (0, 4 pi) is a full
-// circle and (1, 0.5) sweeps 2 pi - 0.5. Non-finite input answers NaN; the callers repair it.
+// circle and (1, 0.5) sweeps 2 pi - 0.5. A difference that is not finite (non-finite or
+// overflowing angles) answers 2 pi.
 double krArcSweep(double start, double end, double radius);
 
 // angle - start reduced into [0, 2 pi): how far counter-clockwise `angle` lies past `start`.
