@@ -149,7 +149,8 @@ public:
   // The points where the arc meets the planar entity, in increasing parameter: the plane cuts the
   // arc's plane in a line met by the circle in closed form. Two crossings closer than
   // tol.equalPoint() and a circle passing within it are one touching point; when no crossing lies
-  // on the arc an end point within tol.equalPoint() of the plane is the answer. An arc lying
+  // on the arc, its end points within tol.equalPoint() of the plane are the answer, or else its
+  // point nearest the plane when that is within tol.equalPoint(). An arc lying
   // within tol.equalPoint() of the plane gives no points. A bounded entity sends "AUTOTEST not
   // passed for "bool KrCircArc3dImpl::intersectWith bounded plane"" once and keeps its own points.
   bool intersectWith(const KrGePlanarEnt& plane, int& numInt, KrGePoint3d& p1, KrGePoint3d& p2,
@@ -195,7 +196,8 @@ public:
   // The angle rule: startAng = startAngle; sweep = endAngle - startAngle snapped to 0 or 2 pi
   // within eps = KrGeContext::gTol.equalPoint() / radius (0 for a radius of 0), otherwise
   // reduced by fmod into (0, 2 pi), a remainder <= 0 kept when |startAngle - endAngle| <= 1e-10
-  // and raised by 2 pi otherwise: (0, 4 pi) is a full circle, (1, 0.5) sweeps 2 pi - 0.5.
+  // and raised by 2 pi otherwise: (0, 4 pi) is a full circle, (1, 0.5) sweeps 2 pi - 0.5. A
+  // difference that overflows is a full circle; non-finite angles fall back as above.
   KrGeCircArc3d& setAngles(double startAngle, double endAngle);
   // The axis rule: refVec keeps its direction (made unit) and the normal is projected onto the
   // plane perpendicular to it (made unit). Fallbacks: both of zero length (or not finite):
