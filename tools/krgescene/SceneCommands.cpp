@@ -43,7 +43,7 @@ std::vector<Command> makeTable() {
   return {
       {"point", Section::kEntity, {newName(), number("X"), number("Y"), number("Z")}, "a point", definePoint},
       {"vector", Section::kEntity, {newName(), number("X"), number("Y"), number("Z")},
-       "a vector (a value for other commands; not drawn)", defineVector},
+       "a vector (a value for other commands)", defineVector},
       {"line", Section::kEntity, {newName(), point("P1"), point("P2")}, "the unbounded line through P1 and P2",
        defineLine},
       {"segment", Section::kEntity, {newName(), point("P1"), point("P2")}, "the segment from P1 to P2",
@@ -55,7 +55,7 @@ std::vector<Command> makeTable() {
       {"arc", Section::kEntity,
        {newName(), point("CENTER"), vector("NORMAL"), vector("REFVEC"), number("RADIUS"), number("START"),
         number("END")},
-       "the arc from angle START to END about NORMAL, measured from REFVEC", defineArc},
+       "arc about NORMAL from angle START to END (from REFVEC)", defineArc},
       {"arc3", Section::kEntity, {newName(), point("P1"), point("P2"), point("P3")},
        "the arc from P1 through P2 to P3", defineArc3},
       {"copy", Section::kEntity, {newName(), name("SOURCE", kEntityKinds | kVectorKind)},
@@ -65,24 +65,24 @@ std::vector<Command> makeTable() {
        translateEntity},
       {"rotate", Section::kTransform,
        {name("NAME", kEntityKinds), number("ANGLE"), vector("AXIS"), optional(point("ABOUT"))},
-       "turns NAME by ANGLE counter-clockwise about AXIS through ABOUT (the origin)", rotateEntity},
+       "turns NAME by ANGLE about AXIS through ABOUT (origin)", rotateEntity},
       {"mirror", Section::kTransform, {name("NAME", kEntityKinds), name("PLANE", kPlaneKind)},
        "reflects NAME in PLANE", mirrorEntity},
       {"scale", Section::kTransform, {name("NAME", kEntityKinds), number("FACTOR"), optional(point("ABOUT"))},
-       "scales NAME by FACTOR about ABOUT (the origin)", scaleEntity},
+       "scales NAME by FACTOR about ABOUT (origin)", scaleEntity},
 
       {"eval", Section::kQuery, {name("CURVE", kEvalKinds), number("T")},
-       "the point and first derivative at parameter T", queryEval},
+       "point and first derivative at parameter T", queryEval},
       {"sample", Section::kQuery, {name("CURVE", kEvalKinds), count("N", 2, 10000)},
        "N points spread evenly over the curve", querySample},
       {"length", Section::kQuery, {name("CURVE", kMeasureKinds), optional(number("T0")), number("T1")},
-       "arc length over the whole curve or from T0 to T1", queryLength},
+       "arc length of the whole curve or from T0 to T1", queryLength},
       {"paramat", Section::kQuery, {name("CURVE", kMeasureKinds), number("T0"), number("LENGTH")},
        "the parameter at arc length LENGTH from T0", queryParamAtLength},
       {"param", Section::kQuery, {name("CURVE", kMeasureKinds), point("P")}, "the parameter of point P on the curve",
        queryParamOf},
       {"closest", Section::kQuery, {name("A", kClosestKinds), name("B", kClosestKinds)},
-       "closest pair of a point or curve A and a curve B, and their distance", queryClosest},
+       "closest pair and distance of point or curve A and curve B", queryClosest},
       {"projclosest", Section::kQuery, {name("A", kClosestKinds), name("B", kClosestKinds), vector("DIR")},
        "closest pair as seen along DIR", queryProjClosest},
       {"intersect", Section::kQuery, {name("A", kIntersectKinds), name("B", kIntersectKinds)},
@@ -93,10 +93,10 @@ std::vector<Command> makeTable() {
       {"offset", Section::kQuery,
        {newName(), name("CURVE", kOffsetKinds), number("DISTANCE"), vector("NORMAL"),
         optional(word("EXTEND", "fillet chamfer extend"))},
-       "the trimmed offset in the plane of NORMAL (to the right seen from its tip), named NAME.1, NAME.2...",
+       "trimmed offset, to the right seen from the tip of NORMAL",
        constructOffset},
 
-      {"view", Section::kView, {{Slot::kView, "PLANE"}}, "the picture's plane: xy (default), yz, zx or a plane name",
+      {"view", Section::kView, {{Slot::kView, "PLANE"}}, "picture plane: xy (default), yz, zx, a plane or a normal",
        setView},
   };
 }
@@ -140,14 +140,17 @@ std::string synopsis(const Command& command) {
 }
 
 std::string commandList() {
+  constexpr std::size_t kHelpColumn = 38;
   std::string text;
   const Section order[] = {Section::kEntity, Section::kTransform, Section::kQuery, Section::kView};
   for (const Section section : order) {
     text += std::string(sectionTitle(section)) + ":\n";
     for (const Command& command : commands()) {
       if (command.section != section) continue;
+      // Help in a second column; a synopsis too wide for the first gets a line of its own.
       std::string line = "  " + synopsis(command);
-      line.resize(line.size() < 46 ? 46 : line.size() + 1, ' ');
+      if (line.size() >= kHelpColumn) line += "\n";
+      line.resize(line.size() < kHelpColumn ? kHelpColumn : line.size() + kHelpColumn, ' ');
       text += line + command.help + "\n";
     }
   }

@@ -23,6 +23,12 @@ public:
     if (atEnd()) throw countError();
     return m_words[m_next++];
   }
+  // The last `count` words taken, blank-separated.
+  std::string joined(std::size_t count) const {
+    std::string text;
+    for (std::size_t i = m_next - count; i < m_next; ++i) text += (text.empty() ? "" : " ") + m_words[i];
+    return text;
+  }
   SceneError countError() const {
     return SceneError("wrong argument count: got " + std::to_string(m_words.size() - 1) + ", expected '" +
                       m_synopsis + "' (a point or vector is a name or three numbers)");
@@ -74,6 +80,15 @@ std::string takeWord(Cursor& cursor, const SlotSpec& spec) {
 }
 
 void takeView(Cursor& cursor, const Scene& scene, Arg& arg) {
+  if (cursor.atEnd()) throw cursor.countError();
+  if (looksNumeric(cursor.peek(), "PLANE")) {
+    // Three numbers: the normal of a view plane through the origin.
+    const KrGeVector3d normal = takeTriple(cursor, "PLANE").asVector();
+    if (normal.isZeroLength()) throw SceneError("PLANE: the view normal is a zero vector");
+    arg.plane = KrGePlane(KrGePoint3d::kOrigin, normal);
+    arg.name = "normal " + cursor.joined(3);
+    return;
+  }
   const std::string& word = cursor.take();
   arg.name = word;
   if (word == "xy") arg.plane = KrGePlane::kXYPlane;

@@ -18,7 +18,7 @@ enum class Slot {
   kVector,   // a vector name or x y z
   kName,     // an existing name of one of `kinds`
   kWord,     // one of the blank-separated `choices`
-  kView,     // xy, yz, zx or a plane name
+  kView,     // xy, yz, zx, a plane name, or three numbers: the normal of a plane through the origin
 };
 
 struct SlotSpec {
