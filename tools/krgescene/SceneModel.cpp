@@ -120,8 +120,11 @@ Scene::Scene() : m_view(KrGePlane::kXYPlane) {}
 const Named& Scene::get(const std::string& name, unsigned kinds) const {
   const auto found = m_names.find(name);
   if (found == m_names.end()) throw SceneError("undefined name '" + name + "'");
-  if (!(found->second.kind & kinds))
-    throw SceneError("'" + name + "' is a " + kindName(found->second.kind) + ", not a " + kindList(kinds));
+  if (!(found->second.kind & kinds)) {
+    const std::string kind = kindName(found->second.kind);
+    const std::string article = kind[0] == 'a' ? "an " : "a ";
+    throw SceneError("'" + name + "' is " + article + kind + ", not a " + kindList(kinds));
+  }
   return found->second;
 }
 
