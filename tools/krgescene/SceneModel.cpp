@@ -20,6 +20,8 @@ bool isValidName(const std::string& name) {
   return true;
 }
 
+std::string withArticle(const std::string& noun) { return (noun[0] == 'a' ? "an " : "a ") + noun; }
+
 }  // namespace
 
 const char* kindName(Kind kind) {
@@ -120,11 +122,9 @@ Scene::Scene() : m_view(KrGePlane::kXYPlane) {}
 const Named& Scene::get(const std::string& name, unsigned kinds) const {
   const auto found = m_names.find(name);
   if (found == m_names.end()) throw SceneError("undefined name '" + name + "'");
-  if (!(found->second.kind & kinds)) {
-    const std::string kind = kindName(found->second.kind);
-    const std::string article = kind[0] == 'a' ? "an " : "a ";
-    throw SceneError("'" + name + "' is " + article + kind + ", not a " + kindList(kinds));
-  }
+  if (!(found->second.kind & kinds))
+    throw SceneError("'" + name + "' is " + withArticle(kindName(found->second.kind)) + ", not " +
+                     withArticle(kindList(kinds)));
   return found->second;
 }
 
