@@ -3,20 +3,11 @@
 #include <cstring>
 
 #include "SceneHandlers.h"
+#include "SceneReach.h"
 
 namespace krgescene {
 
 namespace {
-
-// The kinds each query reaches in the library: a kind joins a list once the library answers
-// that query for it.
-constexpr unsigned kEvalKinds = kCurveKinds;                     // eval, sample
-constexpr unsigned kMeasureKinds = kLinearKinds;                 // length, paramat, param
-constexpr unsigned kClosestKinds = kPointKind | kLinearKinds;    // closest, projclosest
-constexpr unsigned kIntersectKinds = kLinearKinds | kPlaneKind;  // intersect
-constexpr unsigned kBoundKinds = kLinearKinds;                   // bound
-constexpr unsigned kDegenerateKinds = kLinearKinds;              // degenerate
-constexpr unsigned kOffsetKinds = kSegmentKind;                  // offset
 
 SlotSpec newName(const char* label = "NAME") { return {Slot::kNewName, label}; }
 SlotSpec number(const char* label) { return {Slot::kNumber, label}; }

@@ -9,6 +9,7 @@
 #include "KrGePlane.h"
 #include "KrsArray.h"
 #include "SceneHandlers.h"
+#include "SceneReach.h"
 
 namespace krgescene {
 
@@ -32,6 +33,13 @@ void markPair(Result& result, const KrGePoint3d& a, const KrGePoint3d& b) {
 
 bool isCurve(const Named& named) { return (named.kind & kCurveKinds) != 0; }
 
+// SceneError unless the library answers `query` for this pair of kinds (`kinds` for each).
+void requirePair(const char* query, const Named& a, const Named& b, unsigned kindsA, unsigned kindsB) {
+  if ((a.kind & kindsA) && (b.kind & kindsB)) return;
+  throw SceneError(std::string(query) + " of " + kindName(a.kind) + " and " + kindName(b.kind) +
+                   " is not available in the library yet");
+}
+
 // The whole parameter range of a curve, or SceneError when it is unbounded.
 void boundedRange(const Arg& arg, double& from, double& to) {
   KrGeInterval range;
@@ -46,6 +54,10 @@ void closestPair(const std::vector<Arg>& args, const KrGeVector3d* along, Result
   const Named& a = *args[0].named;
   const Named& b = *args[1].named;
   if (!isCurve(a) && !isCurve(b)) throw SceneError("closest needs at least one curve");
+  const char* query = along ? "projclosest" : "closest";
+  if (!isCurve(a)) requirePair(query, a, b, kPointKind, kPointCurveKinds);
+  else if (!isCurve(b)) requirePair(query, a, b, kPointCurveKinds, kPointKind);
+  else requirePair(query, a, b, kCurvePairKinds, kCurvePairKinds);
   KrGePoint3d onA, onB;
   if (!isCurve(a)) {
     onA = a.point();
@@ -168,8 +180,7 @@ void queryIntersect(Scene&, const std::vector<Arg>& args, Result& result) {
       result.marks.push_back(mark);
     }
   } else {
-    throw SceneError(std::string("intersect of ") + kindName(a.kind) + " and " + kindName(b.kind) +
-                     " is not available");
+    requirePair("intersect", a, b, 0, 0);
   }
 }
 
