@@ -1,5 +1,7 @@
 #include "SceneOutput.h"
 
+#include <cmath>
+
 #include <nlohmann/json.hpp>
 
 namespace krgescene {
@@ -79,12 +81,22 @@ std::string formatNumber(double value) {
   return text;
 }
 
-std::string formatPoint(const KrGePoint3d& point) {
-  return "(" + formatNumber(point.x) + ", " + formatNumber(point.y) + ", " + formatNumber(point.z) + ")";
+namespace {
+
+// Three coordinates for reading: a coordinate below 1e-13 of the largest one is rounding noise
+// at the twelve digits shown and reads as 0 (JSON keeps every bit).
+std::string formatTriple(double x, double y, double z) {
+  const double largest = std::fmax(std::fabs(x), std::fmax(std::fabs(y), std::fabs(z)));
+  const auto shown = [largest](double value) { return std::fabs(value) <= 1e-13 * largest ? 0.0 : value; };
+  return formatNumber(shown(x)) + ", " + formatNumber(shown(y)) + ", " + formatNumber(shown(z));
 }
 
+}  // namespace
+
+std::string formatPoint(const KrGePoint3d& point) { return "(" + formatTriple(point.x, point.y, point.z) + ")"; }
+
 std::string formatVector(const KrGeVector3d& vector) {
-  return "<" + formatNumber(vector.x) + ", " + formatNumber(vector.y) + ", " + formatNumber(vector.z) + ">";
+  return "<" + formatTriple(vector.x, vector.y, vector.z) + ">";
 }
 
 void printText(std::FILE* out, const Result& result) {
