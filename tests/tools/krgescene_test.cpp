@@ -1,6 +1,7 @@
 // The scene tool run as a user runs it: example scenes against direct library calls, bad input,
 // random input, a long scene, and the command list of --help against the README's.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <chrono>
@@ -27,8 +28,16 @@ struct ToolRun {
   std::string out, err;
   std::vector<Json> records;  // --json lines before the summary
   Json summary;
-  double seconds = 0.0;
+  double seconds = 0.0;     // wall clock
+  double cpuSeconds = 0.0;  // user + system time of the tool (and its shell)
 };
+
+double childCpuSeconds() {
+  rusage usage{};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+         1e-6 * static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
+}
 
 std::string readFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -42,7 +51,9 @@ ToolRun runTool(const testkit::ScratchDir& dir, const std::string& scene, const 
   const std::string command = std::string("'") + KRGESCENE_PATH + "' " + options + " '" + scene + "' >'" +
                               dir.file("out") + "' 2>'" + dir.file("err") + "'";
   const auto start = std::chrono::steady_clock::now();
+  const double cpuStart = childCpuSeconds();
   const int raw = std::system(command.c_str());
+  run.cpuSeconds = childCpuSeconds() - cpuStart;
   run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
   run.out = readFile(dir.file("out"));
@@ -213,12 +224,14 @@ TEST(KrGeScene, TenThousandLinesRunInUnderASecond) {
   dir.write("long.scene", scene);
   const ToolRun run = runTool(dir, dir.file("long.scene"), "--svg '" + dir.file("long.svg") + "'");
   EXPECT_EQ(run.status, 0);
+  // Processor time, not wall time: the machines that run the suite also build and test in
+  // parallel, and a busy machine must not fail a fast tool.
 #if defined(__SANITIZE_ADDRESS__)
   const double limit = 10.0;  // the instrumented build is several times slower by design
 #else
   const double limit = 1.0;
 #endif
-  EXPECT_LT(run.seconds, limit);
+  EXPECT_LT(run.cpuSeconds, limit) << "wall clock " << run.seconds << " s";
 }
 
 TEST(KrGeScene, HelpAndReadmeListTheSameCommands) {
