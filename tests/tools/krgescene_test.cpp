@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "KrGeCircArc3d.h"
 #include "KrGeLineSeg3d.h"
 #include "KrGePlane.h"
 #include "testkit/Process.h"
@@ -141,6 +142,23 @@ TEST(KrGeScene, ExampleAnswersAgreeWithTheLibrary) {
   const Json* missed = findRecord(cut, "intersect cut OA");
   ASSERT_NE(missed, nullptr);
   EXPECT_EQ((*missed)["values"]["count"], 0);
+
+  const ToolRun arcs = runTool(dir, folder + "arc-offsets-and-planes.scene");
+  const double quarterTurn = 90.0 * 3.14159265358979323846 / 180.0;  // as the scene's "90deg" reads
+  const KrGeCircArc3d quarter(KrGePoint3d::kOrigin, KrGeVector3d::kZAxis, KrGeVector3d::kXAxis, 5.0, 0.0, quarterTurn);
+  const Json* length = findRecord(arcs, "length quarter");
+  ASSERT_NE(length, nullptr);
+  EXPECT_EQ((*length)["values"]["length"].get<double>(), quarter.length(quarter.startAng(), quarter.endAng()));
+  const Json* nearest = findRecord(arcs, "closest probe quarter");
+  ASSERT_NE(nearest, nullptr);
+  EXPECT_EQ(pointOf((*nearest)["values"]["on quarter"]), quarter.closestPointTo(KrGePoint3d(1, 1, 0)));
+  int count = 0;
+  KrGePoint3d first, second;
+  quarter.intersectWith(KrGePlane(KrGePoint3d(0, 3, 0), KrGeVector3d(0, 1, 0)), count, first, second);
+  const Json* planeCut = findRecord(arcs, "intersect quarter cutter");
+  ASSERT_NE(planeCut, nullptr);
+  ASSERT_EQ((*planeCut)["values"]["count"], count);
+  EXPECT_EQ(pointOf((*planeCut)["values"]["point 1"]), first);
 }
 
 struct BadLine {
@@ -157,13 +175,14 @@ TEST(KrGeScene, BadLinesAreNumberedAndTheRunGoesOn) {
       {"circle C1 0 0 0 0 0 1 nan", "RADIUS: 'nan' is not a finite number"},
       {"segment S2 0 0 0 1e999 0 0", "P2: '1e999' is not a finite number"},
       {"closest nowhere S0", "undefined name 'nowhere'"},
-      {"closest S0 up", "'up' is a vector, not a point, line or segment"},
+      {"closest S0 up", "'up' is a vector, not a point, line, segment or arc"},
       {"circle C2 0 0 0 0 0 1 0", "degenerate circle: RADIUS must be positive"},
       {"circle C3 0 0 0 0 0 0 2", "degenerate circle: NORMAL is a zero vector"},
       {"arc3 C4 0 0 0 1 1 0 2 2 0", "degenerate arc: P1, P2 and P3 lie on one line or coincide"},
       {"point S0 1 1 1", "'S0' is already defined on line 1"},
       {"sample S0 1", "N: expected a whole number from 2 to 10000, got '1'"},
       {"offset O1 S0 1 0 0 1 round", "EXTEND: expected one of fillet chamfer extend, got 'round'"},
+      {"closest S0 S0 S0", "wrong argument count: got 3, expected 'closest A B'"},
   };
   std::string scene = "segment S0 0 0 0 4 0 0\nvector up 0 0 1\n";
   for (const BadLine& row : rows) scene += std::string(row.text) + "\npoint P" + std::to_string(&row - rows) + "x 1 2 3\n";

@@ -74,7 +74,7 @@ std::vector<Command> makeTable() {
        queryParamOf},
       {"closest", Section::kQuery, {name("A", kClosestKinds), name("B", kClosestKinds)},
        "closest pair and distance of point or curve A and curve B", queryClosest},
-      {"projclosest", Section::kQuery, {name("A", kClosestKinds), name("B", kClosestKinds), vector("DIR")},
+      {"projclosest", Section::kQuery, {name("A", kProjClosestKinds), name("B", kProjClosestKinds), vector("DIR")},
        "closest pair as seen along DIR", queryProjClosest},
       {"intersect", Section::kQuery, {name("A", kIntersectKinds), name("B", kIntersectKinds)},
        "where two curves, a curve and a plane, or two planes meet", queryIntersect},
@@ -86,6 +86,8 @@ std::vector<Command> makeTable() {
         optional(word("EXTEND", "fillet chamfer extend"))},
        "trimmed offset, to the right seen from the tip of NORMAL",
        constructOffset},
+      {"tangentat", Section::kQuery, {newName(), name("CURVE", kTangentAtKinds), point("P")},
+       "tangent line at the curve's point P", constructTangentAt},
 
       {"view", Section::kView, {{Slot::kView, "PLANE"}}, "picture plane: xy (default), yz, zx, a plane or a normal",
        setView},

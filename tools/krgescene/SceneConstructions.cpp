@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "KrGeCircArc3d.h"
+#include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
 #include "KrsArray.h"
 #include "SceneHandlers.h"
@@ -82,6 +83,24 @@ void constructOffset(Scene& scene, const std::vector<Arg>& args, Result& result)
 }  // namespace krgescene
 
 namespace krgescene {
+
+void constructTangentAt(Scene& scene, const std::vector<Arg>& args, Result& result) {
+  auto line = std::make_unique<KrGeLine3d>();
+  KrGe::ErrorCondition status = KrGe::kOk;
+  const auto& arc = static_cast<const KrGeCircArc3d&>(args[1].named->curve());
+  if (!arc.tangent(args[2].point, *line, KrGeContext::gTol, status)) {
+    const char* why = status == KrGe::kNonCoplanarGeometry ? "P is off the arc's plane"
+                      : status == KrGe::kArg1InsideThis    ? "P is inside the circle"
+                      : status == KrGe::kDegenerateGeometry ? "the arc is degenerate"
+                                                            : "P is not on the arc";
+    throw SceneError(std::string("no tangent: ") + why);
+  }
+  result.point("through", line->pointOnLine());
+  result.vector("direction", line->direction());
+  const KrGePoint3d touch = line->pointOnLine();
+  adoptCurve(scene, args[0].name, std::move(line), kLineKind, result);
+  markPoint(result, touch);
+}
 
 void constructFillet(Scene& scene, const std::vector<Arg>& args, Result& result) {
   const double radius = args[3].number;

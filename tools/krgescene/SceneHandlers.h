@@ -38,6 +38,7 @@ KRGESCENE_HANDLER(queryBound);
 KRGESCENE_HANDLER(queryDegenerate);
 
 KRGESCENE_HANDLER(constructOffset);
+KRGESCENE_HANDLER(constructTangentAt);
 KRGESCENE_HANDLER(constructFillet);
 KRGESCENE_HANDLER(constructTangent);
 KRGESCENE_HANDLER(constructCommonTangent);

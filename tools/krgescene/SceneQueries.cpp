@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "KrGeBoundBlock3d.h"
+#include "KrGeCircArc3d.h"
 #include "KrGeInterval.h"
 #include "KrGeLine3d.h"
 #include "KrGeLinearEnt3d.h"
@@ -55,9 +56,11 @@ void closestPair(const std::vector<Arg>& args, const KrGeVector3d* along, Result
   const Named& b = *args[1].named;
   if (!isCurve(a) && !isCurve(b)) throw SceneError("closest needs at least one curve");
   const char* query = along ? "projclosest" : "closest";
-  if (!isCurve(a)) requirePair(query, a, b, kPointKind, kPointCurveKinds);
-  else if (!isCurve(b)) requirePair(query, a, b, kPointCurveKinds, kPointKind);
-  else requirePair(query, a, b, kCurvePairKinds, kCurvePairKinds);
+  const unsigned curveKinds = along ? kProjKinds : kPointCurveKinds;
+  const unsigned pairKinds = along ? kProjKinds : kCurvePairKinds;
+  if (!isCurve(a)) requirePair(query, a, b, kPointKind, curveKinds);
+  else if (!isCurve(b)) requirePair(query, a, b, curveKinds, kPointKind);
+  else requirePair(query, a, b, pairKinds, pairKinds);
   KrGePoint3d onA, onB;
   if (!isCurve(a)) {
     onA = a.point();
@@ -79,6 +82,19 @@ void closestPair(const std::vector<Arg>& args, const KrGeVector3d* along, Result
     result.number("distance", onA.distanceTo(onB));
   }
   markPair(result, onA, onB);
+}
+
+// The points where an arc meets a plane (at most two).
+void intersectArcPlane(const Arg& arc, const Arg& plane, Result& result) {
+  int count = 0;
+  KrGePoint3d first, second;
+  static_cast<const KrGeCircArc3d&>(arc.named->curve()).intersectWith(plane.named->plane(), count, first, second);
+  result.number("count", count);
+  const KrGePoint3d points[2] = {first, second};
+  for (int i = 0; i < count && i < 2; ++i) {
+    result.point("point " + std::to_string(i + 1), points[i]);
+    markPoint(result, points[i]);
+  }
 }
 
 void intersectLinearPlane(const Arg& linear, const Arg& plane, Result& result) {
@@ -151,9 +167,8 @@ void queryProjClosest(Scene&, const std::vector<Arg>& args, Result& result) {
 void queryIntersect(Scene&, const std::vector<Arg>& args, Result& result) {
   const Named& a = *args[0].named;
   const Named& b = *args[1].named;
-  const bool aLinear = (a.kind & kLinearKinds) != 0;
-  const bool bLinear = (b.kind & kLinearKinds) != 0;
-  if (aLinear && bLinear) {
+  if (isCurve(a) && isCurve(b)) {
+    requirePair("intersect", a, b, kCurvePairKinds, kCurvePairKinds);
     KrGePoint3d hit;
     const bool found = static_cast<const KrGeLinearEnt3d&>(a.curve())
                            .intersectWith(static_cast<const KrGeLinearEnt3d&>(b.curve()), hit);
@@ -162,11 +177,13 @@ void queryIntersect(Scene&, const std::vector<Arg>& args, Result& result) {
       result.point("point", hit);
       markPoint(result, hit);
     }
-  } else if (aLinear && b.kind == kPlaneKind) {
-    intersectLinearPlane(args[0], args[1], result);
-  } else if (a.kind == kPlaneKind && bLinear) {
-    intersectLinearPlane(args[1], args[0], result);
-  } else if (a.kind == kPlaneKind && b.kind == kPlaneKind) {
+  } else if (isCurve(a) || isCurve(b)) {
+    const Arg& curve = isCurve(a) ? args[0] : args[1];
+    const Arg& plane = isCurve(a) ? args[1] : args[0];
+    requirePair("intersect", *curve.named, *plane.named, kCurvePlaneKinds, kPlaneKind);
+    if (curve.named->kind == kArcKind) intersectArcPlane(curve, plane, result);
+    else intersectLinearPlane(curve, plane, result);
+  } else {
     KrGeLine3d common;
     const bool found = a.plane().intersectWith(b.plane(), common);
     result.number("count", found ? 1 : 0);
@@ -179,8 +196,6 @@ void queryIntersect(Scene&, const std::vector<Arg>& args, Result& result) {
       mark.b = mark.a + common.direction();
       result.marks.push_back(mark);
     }
-  } else {
-    requirePair("intersect", a, b, 0, 0);
   }
 }
 

@@ -6,16 +6,19 @@
 
 namespace krgescene {
 
-constexpr unsigned kEvalKinds = kCurveKinds;          // eval, sample
-constexpr unsigned kMeasureKinds = kLinearKinds;      // length, paramat, param
-constexpr unsigned kPointCurveKinds = kLinearKinds;   // closest, projclosest of a point and a curve
-constexpr unsigned kCurvePairKinds = kLinearKinds;    // closest, projclosest, intersect of two curves
-constexpr unsigned kCurvePlaneKinds = kLinearKinds;   // intersect of a curve and a plane
-constexpr unsigned kBoundKinds = kLinearKinds;        // bound
-constexpr unsigned kDegenerateKinds = kLinearKinds;   // degenerate
-constexpr unsigned kOffsetKinds = kSegmentKind;       // offset
+constexpr unsigned kEvalKinds = kCurveKinds;         // eval, sample
+constexpr unsigned kMeasureKinds = kCurveKinds;      // length, paramat, param
+constexpr unsigned kPointCurveKinds = kCurveKinds;   // closest of a point and a curve
+constexpr unsigned kCurvePairKinds = kLinearKinds;   // closest, intersect of two curves
+constexpr unsigned kProjKinds = kLinearKinds;        // projclosest (with points or curves)
+constexpr unsigned kCurvePlaneKinds = kCurveKinds;   // intersect of a curve and a plane
+constexpr unsigned kBoundKinds = kCurveKinds;        // bound
+constexpr unsigned kDegenerateKinds = kCurveKinds;   // degenerate
+constexpr unsigned kOffsetKinds = kSegmentKind | kArcKind;  // offset
+constexpr unsigned kTangentAtKinds = kArcKind;       // tangentat
 
 constexpr unsigned kClosestKinds = kPointKind | kPointCurveKinds | kCurvePairKinds;
+constexpr unsigned kProjClosestKinds = kPointKind | kProjKinds;
 constexpr unsigned kIntersectKinds = kCurvePairKinds | kCurvePlaneKinds | kPlaneKind;
 
 }  // namespace krgescene
