@@ -26,4 +26,7 @@ list(APPEND KRGEL_SOURCES
   entity/point/KrPointOnCurve3dImpl.cpp
   entity/point/KrGePointEnt3d.cpp
   entity/point/KrGePointOnCurve3d.cpp
+  entity/intersect/intersection_configs.cpp
+  entity/intersect/KrCurveCurveInt3dImpl.cpp
+  entity/intersect/KrGeCurveCurveInt3d.cpp
 )
