@@ -11,6 +11,12 @@ list(APPEND KRGEL_SOURCES
   entity/linear/KrGeLinearEnt3d.cpp
   entity/linear/KrGeLine3d.cpp
   entity/linear/KrGeLineSeg3d.cpp
+  entity/arc/arc_angles.cpp
+  entity/arc/arc_sampler.cpp
+  entity/arc/KrCircArc3dImpl.cpp
+  entity/arc/KrCircArc3dImpl_relations.cpp
+  entity/arc/KrCircArc3dImpl_pending.cpp
+  entity/arc/KrGeCircArc3d.cpp
   entity/relation/KrCurveRelation.cpp
   entity/relation/line_line.cpp
   entity/bound/KrBlock3d.cpp
