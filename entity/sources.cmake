@@ -19,6 +19,9 @@ list(APPEND KRGEL_SOURCES
   entity/arc/KrGeCircArc3d.cpp
   entity/relation/KrCurveRelation.cpp
   entity/relation/line_line.cpp
+  entity/relation/tangent_curves.cpp
+  entity/relation/tangent_construction.cpp
+  entity/relation/tangent_circles.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp
