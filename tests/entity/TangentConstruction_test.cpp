@@ -132,3 +132,138 @@ TEST(TangentSegment, CommonTangentOfLineAndArc_BothOrders) {
   segment.set(arc, missing, param1, param2, success);
   EXPECT_FALSE(success);
 }
+
+namespace {
+struct Fillet {
+  KrGeCircArc3d arc;
+  double param1 = -1, param2 = -1;
+  bool success = false;
+};
+Fillet filletOf(const KrGeCurve3d& a, const KrGeCurve3d& b, double radius) {
+  Fillet fillet;
+  fillet.arc.set(a, b, radius, fillet.param1, fillet.param2, fillet.success);
+  return fillet;
+}
+}  // namespace
+
+// Two segments leaving a corner at the angle 2 phi: the fillet touches each at R / tan phi from
+// the corner, its centre lies on the bisector at R / sin phi, and it sweeps pi - 2 phi. Any
+// plane, any scale.
+TEST(TangentCircle, FilletOfTwoSegments_TextbookCorner) {
+  linear_test::repeat(17, 2000, [](linear_test::Random& random, int) {
+    const double scale = random.magnitude(-3, 5);
+    const KrGePoint3d corner = random.point(10 * scale);
+    const KrGeVector3d normal = random.unitVector(), d1 = across(normal, random);
+    const double phi = random.uniform(0.05, 1.5);
+    const KrGeVector3d d2 = d1 * std::cos(2 * phi) + normal.crossProduct(d1) * std::sin(2 * phi);
+    const double radius = scale * random.uniform(0.1, 1.0);
+    const double reach = radius / std::tan(phi);
+    const KrGeLineSeg3d first(corner, corner + d1 * (reach * random.uniform(1.01, 5))),
+        second(corner + d2 * (reach * random.uniform(1.01, 5)), corner);
+    const Fillet fillet = filletOf(first, second, radius);
+    ASSERT_TRUE(fillet.success);
+    const double size = scale + corner.asVector().length();
+    EXPECT_NEAR(fillet.arc.radius(), radius, 1e-12 * size);
+    EXPECT_TRUE(within(fillet.arc.center(), corner + (d1 + d2) / (d1 + d2).length() * (radius / std::sin(phi)),
+                       1e-11 * size));
+    EXPECT_TRUE(within(fillet.arc.startPoint(), corner + d1 * reach, 1e-11 * size));
+    EXPECT_TRUE(within(fillet.arc.endPoint(), corner + d2 * reach, 1e-11 * size));
+    EXPECT_NEAR(fillet.arc.endAng() - fillet.arc.startAng(), kPi - 2 * phi, 1e-9);
+    EXPECT_TRUE(within(first.evalPoint(fillet.param1), fillet.arc.startPoint(), 1e-11 * size));
+    EXPECT_TRUE(within(second.evalPoint(fillet.param2), fillet.arc.endPoint(), 1e-11 * size));
+  });
+}
+
+// Line and circle, two circles: every centre of radius R tangent to both is a candidate and the
+// shortest chord wins. The values are worked out by hand.
+TEST(TangentCircle, FilletWithArcs_ShortestChordAmongAllTangentCircles) {
+  const KrGeLineSeg3d ground(KrGePoint3d(-10, 0, 0), KrGePoint3d(10, 0, 0));
+  const KrGeCircArc3d above(KrGePoint3d(0, 2.5, 0), kZ, 1.0);
+  const KrGeCircArc3d left(KrGePoint3d(-3, 0, 0), kZ, 1.0), right(KrGePoint3d(3, 0, 0), kZ, 1.0);
+  // Radius 1 above the ground, 2 from the circle's centre: x = +-sqrt(1.75), equal chords.
+  const Fillet lineArc = filletOf(ground, above, 1.0);
+  ASSERT_TRUE(lineArc.success);
+  EXPECT_NEAR(std::fabs(lineArc.arc.center().x), std::sqrt(1.75), 1e-15);
+  EXPECT_NEAR(lineArc.arc.center().y, 1.0, 1e-15);
+  EXPECT_NEAR(lineArc.arc.startPoint().y, 0.0, 1e-15);
+  EXPECT_NEAR(lineArc.arc.endPoint().distanceTo(KrGePoint3d(0, 2.5, 0)), 1.0, 1e-15);
+  // Radius 3 outside both circles: centres (0, +-sqrt 7), chord 4.5; the circle around one and
+  // outside the other has chord 6.
+  const Fillet arcArc = filletOf(left, right, 3.0);
+  ASSERT_TRUE(arcArc.success);
+  EXPECT_NEAR(std::fabs(arcArc.arc.center().y), std::sqrt(7.0), 1e-14);
+  EXPECT_NEAR(arcArc.arc.startPoint().distanceTo(arcArc.arc.endPoint()), 4.5, 1e-14);
+  EXPECT_TRUE(within(left.evalPoint(arcArc.param1), arcArc.arc.startPoint(), 1e-15));
+  // A radius too large for the segments' reach, different planes, parallel lines: nothing.
+  const KrGeLineSeg3d shortLeg(KrGePoint3d(0, 0, 0), KrGePoint3d(0, 1, 0)), lifted(KrGePoint3d(0, 0, 1), KrGePoint3d(1, 1, 1));
+  const KrGeLineSeg3d groundLeg(KrGePoint3d(0, 0, 0), KrGePoint3d(1, 0, 0)), parallel(KrGePoint3d(0, 1, 0), KrGePoint3d(1, 1, 0));
+  EXPECT_FALSE(filletOf(groundLeg, shortLeg, 2.0).success);
+  EXPECT_TRUE(filletOf(groundLeg, shortLeg, 0.5).success);
+  EXPECT_FALSE(filletOf(ground, lifted, 0.5).success);
+  EXPECT_FALSE(filletOf(groundLeg, parallel, 0.5).success);
+}
+
+// A zero radius puts the three points of the internal construction together.
+TEST(TangentCircle, FilletOfZeroRadius_ReportsTheThreePointFailure) {
+  ASSERT_TRUE(testkit::MonitorCapture::active());
+  const KrGeLineSeg3d a(KrGePoint3d(0, 0, 0), KrGePoint3d(1, 0, 0)), b(KrGePoint3d(0, 0, 0), KrGePoint3d(0, 1, 0));
+  Fillet fillet;
+  const auto records = linear_test::recordsOf([&] { fillet = filletOf(a, b, 0.0); });
+  EXPECT_FALSE(fillet.success);
+  EXPECT_EQ(fillet.param1, -1);
+  const auto warnings = linear_test::warningsIn(records);
+  EXPECT_EQ(std::count(warnings.begin(), warnings.end(),
+                       linear_test::warningText("KrCircArc3dImpl::set, by 3pt - kLinearlyDependentArg1Arg2Arg3")), 1);
+  EXPECT_EQ(std::count(warnings.begin(), warnings.end(), linear_test::warningText("set() fail")), 1);
+}
+
+// The in-circle of a triangle is at (a A + b B + c C) / (a + b + c) (a, b, c the side lengths
+// opposite the corners), with radius = area / half perimeter; it runs from its touch on the first
+// line through the second to the third.
+TEST(TangentCircle, InCircleOfThreeLines_TextbookInCentre) {
+  linear_test::repeat(29, 2000, [](linear_test::Random& random, int) {
+    const double scale = random.magnitude(-3, 5);
+    const KrGePoint3d a = random.point(scale), b = random.point(scale), c = random.point(scale);
+    const double la = b.distanceTo(c), lb = c.distanceTo(a), lc = a.distanceTo(b);
+    const double area = (b - a).crossProduct(c - a).length() / 2;
+    if (area < 1e-3 * scale * scale) return;
+    const KrGeLine3d ab(a, b), bc(b, c);
+    const KrGeLineSeg3d ca(c, a);
+    KrGeCircArc3d arc;
+    double p1 = -1, p2 = -1, p3 = -1;
+    bool success = false;
+    arc.set(ab, bc, ca, p1, p2, p3, success);
+    ASSERT_TRUE(success);
+    const KrGePoint3d centre = KrGePoint3d::kOrigin + (a.asVector() * la + b.asVector() * lb + c.asVector() * lc) / (la + lb + lc);
+    EXPECT_TRUE(within(arc.center(), centre, 1e-11 * scale));
+    EXPECT_NEAR(arc.radius(), area / ((la + lb + lc) / 2), 1e-11 * scale);
+    EXPECT_TRUE(within(arc.startPoint(), ab.evalPoint(p1), 1e-11 * scale));
+    EXPECT_TRUE(within(arc.endPoint(), ca.evalPoint(p3), 1e-11 * scale));
+    EXPECT_NEAR(linear_test::distanceToSegment(bc.evalPoint(p2), {b, c}, true), 0.0, 1e-11 * scale);
+    EXPECT_NEAR(bc.evalPoint(p2).distanceTo(centre), arc.radius(), 1e-11 * scale);
+  });
+}
+
+// Lines through one point or parallel ones make no triangle; an arc among them is not handled.
+TEST(TangentCircle, InCircleOfThreeLines_NoTriangleOrOtherKinds) {
+  ASSERT_TRUE(testkit::MonitorCapture::active());
+  const KrGeLine3d x(KrGePoint3d(0, 0, 0), KrGeVector3d(1, 0, 0)), y(KrGePoint3d(0, 0, 0), KrGeVector3d(0, 1, 0));
+  const KrGeLine3d diagonal(KrGePoint3d(0, 0, 0), KrGeVector3d(1, 1, 0)), shifted(KrGePoint3d(0, 5, 0), KrGeVector3d(1, 0, 0));
+  const KrGeLine3d hypotenuse(KrGePoint3d(4, 0, 0), KrGePoint3d(0, 3, 0));
+  const KrGeCircArc3d circle;
+  KrGeCircArc3d arc;
+  double p1 = -1, p2 = -1, p3 = -1;
+  bool success = true;
+  arc.set(x, y, diagonal, p1, p2, p3, success);
+  EXPECT_FALSE(success);
+  arc.set(x, y, shifted, p1, p2, p3, success);
+  EXPECT_FALSE(success);
+  const auto records = linear_test::recordsOf([&] { arc.set(x, circle, y, p1, p2, p3, success); });
+  EXPECT_FALSE(success);
+  EXPECT_EQ(linear_test::countAssertions(records, "(((HRESULT)0x80004001L))"), 1);
+  EXPECT_TRUE(arc.isEqualTo(KrGeCircArc3d()));
+  arc.set(x, y, hypotenuse, p1, p2, p3, success);
+  ASSERT_TRUE(success);
+  EXPECT_TRUE(within(arc.center(), KrGePoint3d(1, 1, 0), 1e-15));
+  EXPECT_TRUE(within(arc.endPoint(), KrGePoint3d(1.6, 1.8, 0), 1e-15));
+}
