@@ -98,18 +98,14 @@ KrGeVector2d touchOf(const Curve& curve, const Plane& plane, const KrGeVector2d&
              : farPoint;
 }
 
-// Builds the arc through three points; the three-point set warns for collinear points and the
-// construction then reports its own failure.
+// Builds the arc through three points (the three-point set leaves the arc as it was when they
+// are collinear, and warns); the construction then reports its own failure.
 bool buildThrough(KrCircArc3dImpl& arc, const KrGePoint3d& p1, const KrGePoint3d& p2, const KrGePoint3d& p3) {
-  KrCircArc3dImpl built(arc);
   KrGe::ErrorCondition status = KrGe::kOk;
-  built.set(p1, p2, p3, status);
-  if (status != KrGe::kOk) {
-    KRS_WARN_AT("set() fail", "KrCircArc3dImpl", __LINE__);
-    return false;
-  }
-  arc = built;
-  return true;
+  arc.set(p1, p2, p3, status);
+  if (status == KrGe::kOk) return true;
+  KRS_WARN_AT("set() fail", "KrCircArc3dImpl", __LINE__);
+  return false;
 }
 
 bool isWorkable(const Curve& curve) {
