@@ -12,6 +12,7 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/KrGePointOnCurve3d_test.cpp
   entity/KrGeCurveCurveInt3d_test.cpp
   entity/TangentConstruction_test.cpp
+  entity/KrGeCircArc3d_test.cpp
 )
 # This test reaches the library's hidden implementation root, whose type information stays
 # inside the library: the sanitizer's dynamic-type check cannot see it there.
