@@ -26,6 +26,9 @@ list(APPEND KRGEL_SOURCES
   entity/arc/KrGeCircArc3d.cpp
   entity/relation/KrCurveRelation.cpp
   entity/relation/line_line.cpp
+  entity/relation/tangent_curves.cpp
+  entity/relation/tangent_construction.cpp
+  entity/relation/tangent_circles.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp
@@ -39,4 +42,7 @@ list(APPEND KRGEL_SOURCES
   entity/point/KrPointOnCurve3dImpl.cpp
   entity/point/KrGePointEnt3d.cpp
   entity/point/KrGePointOnCurve3d.cpp
+  entity/intersect/intersection_configs.cpp
+  entity/intersect/KrCurveCurveInt3dImpl.cpp
+  entity/intersect/KrGeCurveCurveInt3d.cpp
 )

@@ -221,15 +221,28 @@ public:
   KrGeCircArc3d& set(const KrGePoint3d& point1, const KrGePoint3d& point2, const KrGePoint3d& point3);
   KrGeCircArc3d& set(const KrGePoint3d& point1, const KrGePoint3d& point2, const KrGePoint3d& point3,
                      KrGe::ErrorCondition& status);
-  // The arc of the given radius tangent to both curves; param1 and param2 receive the tangency
-  // parameters on them. Sends "AUTOTEST not passed for "KrCircArc3dImpl& KrCircArc3dImpl::set(
-  // curve1, curve2, r, p1, p2, flag)"" once. The construction is not available yet: success is
-  // false and the arc and parameters are unchanged.
+  // The arc of radius |radius| tangent to both curves (a fillet), from its touch point on curve1
+  // (param1) to its touch point on curve2 (param2) the shorter way round. The curves must lie in
+  // one plane: two crossing lines or segments, a line in the arc's plane, or two coplanar arcs
+  // (KrGeContext::gTol). Every circle of that radius tangent to both is a candidate (the
+  // crossings of the curves' offsets at that distance); those whose touch points lie in both
+  // ranges qualify and the one with the shortest chord between them is taken (the fillet nearest
+  // to where the curves meet; ties keep the first found). The arc is built through the two touch
+  // points and the middle between them with set(p1, p2, p3): points too close to tell apart (a
+  // zero radius) warn "KrCircArc3dImpl::set, by 3pt - kLinearlyDependentArg1Arg2Arg3" and then
+  // "set() fail". On failure success is false and the arc and parameters are unchanged. Curve
+  // kinds other than lines, segments and arcs report "(((HRESULT)0x80004001L))". Sends "AUTOTEST
+  // not passed for "KrCircArc3dImpl& KrCircArc3dImpl::set(curve1, curve2, r, p1, p2, flag)"" once.
   KrGeCircArc3d& set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, double radius, double& param1,
                      double& param2, bool& success);
-  // The arc tangent to three lines. Sends "AUTOTEST not passed for "KrCircArc3dImpl&
-  // KrCircArc3dImpl::set(curve1, curve2, curve3, p1, p2, p3, flag)"" once. The construction is not
-  // available yet: success is false and the arc and parameters are unchanged.
+  // The circle inscribed in the triangle of three coplanar, pairwise crossing lines (ranges are
+  // not consulted): its centre is where the inner angle bisectors meet; the arc runs from its
+  // touch point on curve1 through the one on curve2 to the one on curve3 (parameters on each).
+  // Parallel lines, lines through one point or lines out of one plane fail; bisectors that do not
+  // meet warn "Internal error, KrCircArc3dImpl.set() by 3 lines, bisectors must have intersection
+  // point". On failure success is false and the arc and parameters are unchanged. Arcs and other
+  // kinds report "(((HRESULT)0x80004001L))". Sends "AUTOTEST not passed for "KrCircArc3dImpl&
+  // KrCircArc3dImpl::set(curve1, curve2, curve3, p1, p2, p3, flag)"" once.
   KrGeCircArc3d& set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, const KrGeCurve3d& curve3,
                      double& param1, double& param2, double& param3, bool& success);
 
