@@ -19,6 +19,12 @@ list(APPEND KRGEL_SOURCES
   entity/arc/KrGeCircArc3d.cpp
   entity/relation/KrCurveRelation.cpp
   entity/relation/line_line.cpp
+  entity/relation/line_arc_geometry.cpp
+  entity/relation/line_arc_descent.cpp
+  entity/relation/line_arc.cpp
+  entity/relation/arc_arc_descent.cpp
+  entity/relation/arc_arc.cpp
+  entity/relation/arc_arc_intersect.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp

@@ -1,0 +1,254 @@
+// Closest pairs of two circular arcs.
+#include "entity/relation/arc_arc.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "entity/arc/KrCircArc3dImpl.h"
+#include "entity/relation/arc_arc_descent.h"
+#include "entity/relation/line_arc_geometry.h"
+
+namespace {
+
+constexpr double kEpsilon = 2.220446049250313e-16;
+constexpr int kSamplesPerTurn = 32;
+constexpr int kRefinedMinima = 4;
+
+KrArcFrame frameOf(const KrCircle& circle) {
+  KrArcFrame frame;
+  frame.center = circle.center;
+  frame.normal = circle.n;
+  frame.refVec = circle.u;
+  frame.radius = circle.radius;
+  frame.startAng = circle.start;
+  frame.sweep = circle.sweep;
+  return frame;
+}
+
+// The nearest pair seen so far (the first wins a tie), and the refinement of interior seeds.
+struct NearestPair {
+  const KrCircle& circle1;
+  const KrCircle& circle2;
+  double theta1 = 0.0, theta2 = 0.0, value = std::numeric_limits<double>::infinity();
+  bool any = false;
+
+  void consider(double angle1, double angle2) {
+    if (!std::isfinite(angle1) || !std::isfinite(angle2)) return;
+    const double distance = (circle1.at(angle1) - circle2.at(angle2)).lengthSqrd();
+    if (any && !(distance < value)) return;
+    theta1 = angle1;
+    theta2 = angle2;
+    value = distance;
+    any = true;
+  }
+  void refine(double angle1, double angle2) {
+    if (!krOnArc(circle1, angle1) || !krOnArc(circle2, angle2)) return;
+    consider(angle1, angle2);
+    krArcArcCoordDescent(frameOf(circle1), frameOf(circle2), angle1, angle2,
+                         krArcArcDescentTolerance(circle1, circle2, angle1, angle2));
+    krPolishArcArc(circle1, circle2, angle1, angle2);
+    if (krOnArc(circle1, angle1) && krOnArc(circle2, angle2)) consider(angle1, angle2);
+  }
+};
+
+// Parallel planes: the critical pairs of two circles in one plane (the height between the
+// planes adds a constant). With the shadow of the second centre at w from the first, the
+// pairs on the line of the centres are C1 +- R1 w^ and C2 +- R2 w^, and the shadows cross at
+// a = (D^2 + R1^2 - R2^2) / (2D) along w^ and +-sqrt((R1 - a)(R1 + a)) across it.
+void parallelSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) {
+  const KrGeVector3d& n = c1.n;
+  const KrGeVector3d offset = c2.center - c1.center;
+  const KrGeVector3d w = offset - n * offset.dotProduct(n);
+  const double distance = w.length();
+  if (!(distance > 1e-12 * std::max(c1.radius, c2.radius))) {
+    const KrCircle* arcs[] = {&c1, &c2};
+    for (const KrCircle* arc : arcs)
+      for (const double end : {arc->start, arc->start + arc->sweep}) {
+        const KrGeVector3d direction = arc->at(end) - arc->center;
+        nearest.refine(c1.angleOf(direction), c2.angleOf(direction));
+      }
+    nearest.refine(0.0, c2.angleOf(c1.u));
+    return;
+  }
+  const KrGeVector3d along = w / distance;
+  for (const double side1 : {1.0, -1.0})
+    for (const double side2 : {1.0, -1.0}) nearest.refine(c1.angleOf(along * side1), c2.angleOf(along * side2));
+  const double a = 0.5 * (distance + (c1.radius - c2.radius) * (c1.radius + c2.radius) / distance);
+  const double across2 = (c1.radius - a) * (c1.radius + a);
+  if (!(across2 >= 0.0)) return;
+  const KrGeVector3d across = n.crossProduct(along) * std::sqrt(across2);
+  for (const double side : {1.0, -1.0}) {
+    const KrGeVector3d fromCenter1 = along * a + across * side;
+    nearest.refine(c1.angleOf(fromCenter1), c2.angleOf(fromCenter1 - w));
+  }
+}
+
+// The squared distance from the point of `from` at angle `angle` to the arc `to`, with its first
+// two derivatives in the angle when asked. Where the nearest point is inside the arc the closed
+// form h^2 + (rho - R)^2 holds (h the height over the plane, rho the distance from the axis);
+// where it is an end (or the point is on the axis and the start is taken) the end is fixed.
+struct ArcDistance {
+  const KrCircle& from;
+  const KrCircle& to;
+  // Whether the point at w from the centre of `to` has its nearest point inside that arc: off
+  // the axis, radially towards an angle of the arc.
+  bool nearestInside(const KrGeVector3d& w) const {
+    const KrGeVector3d flat = w - to.n * w.dotProduct(to.n);
+    return flat.lengthSqrd() > 0.0 && (to.full || krOnArc(to, to.angleOf(flat)));
+  }
+  double value(double angle, double* first = nullptr, double* second = nullptr) const {
+    const double c = std::cos(angle), s = std::sin(angle);
+    const KrGeVector3d radial = (from.u * c + from.v * s) * from.radius;
+    const KrGeVector3d tangent = (from.v * c - from.u * s) * from.radius;
+    const KrGeVector3d w = (from.center - to.center) + radial;
+    const double h = w.dotProduct(to.n);
+    const KrGeVector3d flat = w - to.n * h;
+    const double rho = flat.length();
+    const bool inside = nearestInside(w);
+    if (!inside) {
+      const KrGeVector3d r = (from.center + radial) - to.at(krClosestArcParam(to, from.center + radial));
+      if (first) *first = 2.0 * r.dotProduct(tangent);
+      if (second) *second = 2.0 * (tangent.lengthSqrd() - r.dotProduct(radial));
+      return r.lengthSqrd();
+    }
+    const double gap = rho - to.radius;
+    if (first || second) {
+      const double h1 = tangent.dotProduct(to.n), h2 = -radial.dotProduct(to.n);
+      const KrGeVector3d flat1 = tangent - to.n * h1, flat2 = -radial - to.n * h2;
+      const double rho1 = flat.dotProduct(flat1) / rho;
+      const double rho2 = (flat1.lengthSqrd() + flat.dotProduct(flat2) - rho1 * rho1) / rho;
+      if (first) *first = 2.0 * (h * h1 + gap * rho1);
+      if (second) *second = 2.0 * (h1 * h1 + h * h2 + rho1 * rho1 + gap * rho2);
+    }
+    return h * h + gap * gap;
+  }
+};
+
+// A local minimum of the distance in [low, high] (offsets from `from`'s start) from `x`, the
+// least sample: Newton steps where the curvature is positive and the step stays in the bracket,
+// halving towards the descent otherwise; a point that is not lower shrinks the bracket.
+double bracketedMinimum(const ArcDistance& distance, double low, double high, double x) {
+  const double start = distance.from.start;
+  double first = 0.0, second = 0.0;
+  double fx = distance.value(start + x, &first, &second);
+  for (int i = 0; i < 60; ++i) {
+    double next = second > 0.0 ? x - first / second : x;
+    if (!(next > low && next < high) || next == x) next = first > 0.0 ? 0.5 * (low + x) : 0.5 * (x + high);
+    if (std::fabs(next - x) <= 4.0 * kEpsilon * (1.0 + std::fabs(x))) break;
+    double nextFirst = 0.0, nextSecond = 0.0;
+    const double fn = distance.value(start + next, &nextFirst, &nextSecond);
+    if (fn <= fx) {
+      (next > x ? low : high) = x;
+      x = next;
+      fx = fn;
+      first = nextFirst;
+      second = nextSecond;
+    } else {
+      (next > x ? high : low) = next;
+    }
+  }
+  return x;
+}
+
+// Skew planes: seeds from the sampled distance of the smaller arc to the other (see arc_arc.h).
+void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) {
+  const bool swap = c2.radius < c1.radius;
+  const KrCircle& from = swap ? c2 : c1;
+  const KrCircle& to = swap ? c1 : c2;
+  const ArcDistance distance{from, to};
+  const int intervals = from.full ? kSamplesPerTurn
+                                  : std::max(4, (int)std::ceil(kSamplesPerTurn * from.sweep / kKrRelTwoPi));
+  constexpr int kMaxSamples = kSamplesPerTurn + 1 + 4;
+  double offsets[kMaxSamples];
+  int count = from.full ? intervals : intervals + 1;
+  const double step = (from.full ? kKrRelTwoPi : from.sweep) / intervals;
+  for (int i = 0; i < count; ++i) offsets[i] = i * step;
+  double nearAxis[4];
+  const int extra = krLineCircleMinima(from, to.center, to.n, true, nearAxis);
+  for (int i = 0; i < extra; ++i) {
+    const double offset = krArcOffset(from, nearAxis[i]);
+    if (!from.full && offset > from.sweep) continue;
+    int at = count++;
+    for (; at > 0 && offsets[at - 1] > offset; --at) offsets[at] = offsets[at - 1];
+    offsets[at] = offset;
+  }
+  double values[kMaxSamples];
+  for (int i = 0; i < count; ++i) values[i] = distance.value(from.start + offsets[i]);
+
+  // The sampled local minima (cyclic on a full circle), least first.
+  int minima[kMaxSamples];
+  int found = 0;
+  for (int i = 0; i < count; ++i) {
+    const bool hasLeft = from.full || i > 0, hasRight = from.full || i + 1 < count;
+    const int left = (i + count - 1) % count, right = (i + 1) % count;
+    if ((hasLeft && values[left] < values[i]) || (hasRight && values[right] < values[i])) continue;
+    int at = found++;
+    for (; at > 0 && values[minima[at - 1]] > values[i]; --at) minima[at] = minima[at - 1];
+    minima[at] = i;
+  }
+  for (int k = 0; k < found && k < kRefinedMinima; ++k) {
+    const int i = minima[k];
+    const double low = i > 0 ? offsets[i - 1] : (from.full ? offsets[count - 1] - kKrRelTwoPi : offsets[0]);
+    const double high = i + 1 < count ? offsets[i + 1] : (from.full ? kKrRelTwoPi : offsets[i]);
+    const double best = bracketedMinimum(distance, low, high, offsets[i]);
+    const double angleFrom = from.start + best;
+    const KrGePoint3d point = from.at(angleFrom);
+    const double angleTo = krClosestArcParam(to, point);
+    // Only a pair inside both arcs is a critical point of the whole distance, which the descent
+    // refines; a pair on an edge is exact already.
+    const bool interior = (from.full || (best > 0.0 && best < from.sweep)) && distance.nearestInside(point - to.center);
+    if (interior)
+      swap ? nearest.refine(angleTo, angleFrom) : nearest.refine(angleFrom, angleTo);
+    else
+      swap ? nearest.consider(angleTo, angleFrom) : nearest.consider(angleFrom, angleTo);
+  }
+}
+
+bool isPointLike(const KrCircle& circle, double magnitude) { return !(circle.radius > 1e-15 * magnitude); }
+
+}  // namespace
+
+void krArcArcClosestParams(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2) {
+  const KrCircle c1 = krCircleOf(arc1), c2 = krCircleOf(arc2);
+  if (!krIsFinite(c1) || !krIsFinite(c2)) {
+    theta1 = std::isfinite(arc1.startAng) ? arc1.startAng : 0.0;
+    theta2 = std::isfinite(arc2.startAng) ? arc2.startAng : 0.0;
+    return;
+  }
+  const double magnitude =
+      std::max({krMagnitude(c1.center), krMagnitude(c2.center), c1.radius, c2.radius});
+  const bool point1 = isPointLike(c1, magnitude), point2 = isPointLike(c2, magnitude);
+  if (point1 || point2) {
+    theta1 = c1.start;
+    theta2 = krClosestArcParam(c2, c1.at(theta1));
+    if (!point1) theta1 = krClosestArcParam(c1, c2.at(theta2));
+    return;
+  }
+  NearestPair nearest{c1, c2};
+  if (c1.n.crossProduct(c2.n).length() <= 1e-12)
+    parallelSeeds(c1, c2, nearest);
+  else
+    sampledSeeds(c1, c2, nearest);
+  if (!c1.full)
+    for (const double end : {c1.start, c1.start + c1.sweep}) nearest.consider(end, krClosestArcParam(c2, c1.at(end)));
+  if (!c2.full)
+    for (const double end : {c2.start, c2.start + c2.sweep}) nearest.consider(krClosestArcParam(c1, c2.at(end)), end);
+  if (!nearest.any) nearest.consider(c1.start, krClosestArcParam(c2, c1.at(c1.start)));
+  theta1 = krArcParam(c1, nearest.theta1);
+  theta2 = krArcParam(c2, nearest.theta2);
+}
+
+namespace krrelation {
+
+bool closestArcArc(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, KrGePoint3d& onFirst,
+                   KrGePoint3d& onSecond, const KrGeTol&) {
+  const KrArcFrame& arc1 = static_cast<const KrCircArc3dImpl&>(first).frame();
+  const KrArcFrame& arc2 = static_cast<const KrCircArc3dImpl&>(second).frame();
+  double theta1 = 0.0, theta2 = 0.0;
+  krArcArcClosestParams(arc1, arc2, theta1, theta2);
+  onFirst = arc1.pointAt(theta1);
+  onSecond = arc2.pointAt(theta2);
+  return true;
+}
+
+}  // namespace krrelation
