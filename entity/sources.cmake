@@ -22,6 +22,7 @@ list(APPEND KRGEL_SOURCES
   entity/relation/line_arc_geometry.cpp
   entity/relation/line_arc_descent.cpp
   entity/relation/line_arc.cpp
+  entity/relation/line_arc_intersect.cpp
   entity/relation/arc_arc_descent.cpp
   entity/relation/arc_arc.cpp
   entity/relation/arc_arc_intersect.cpp

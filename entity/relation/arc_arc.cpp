@@ -14,40 +14,36 @@ constexpr double kEpsilon = 2.220446049250313e-16;
 constexpr int kSamplesPerTurn = 32;
 constexpr int kRefinedMinima = 4;
 
-KrArcFrame frameOf(const KrCircle& circle) {
-  KrArcFrame frame;
-  frame.center = circle.center;
-  frame.normal = circle.n;
-  frame.refVec = circle.u;
-  frame.radius = circle.radius;
-  frame.startAng = circle.start;
-  frame.sweep = circle.sweep;
-  return frame;
-}
-
 // The nearest pair seen so far (the first wins a tie), and the refinement of interior seeds.
 struct NearestPair {
+  NearestPair(const KrCircle& first, const KrCircle& second) : circle1(first), circle2(second) {}
   const KrCircle& circle1;
   const KrCircle& circle2;
-  double theta1 = 0.0, theta2 = 0.0, value = std::numeric_limits<double>::infinity();
+  KrTurn theta1, theta2;
+  double value = std::numeric_limits<double>::infinity();
   bool any = false;
 
-  void consider(double angle1, double angle2) {
-    if (!std::isfinite(angle1) || !std::isfinite(angle2)) return;
-    const double distance = (circle1.at(angle1) - circle2.at(angle2)).lengthSqrd();
+  void consider(const KrTurn& turn1, const KrTurn& turn2) {
+    if (!std::isfinite(turn1.angle) || !std::isfinite(turn2.angle)) return;
+    const double distance = (circle1.at(turn1) - circle2.at(turn2)).lengthSqrd();
     if (any && !(distance < value)) return;
-    theta1 = angle1;
-    theta2 = angle2;
+    theta1 = turn1;
+    theta2 = turn2;
     value = distance;
     any = true;
   }
-  void refine(double angle1, double angle2) {
-    if (!krOnArc(circle1, angle1) || !krOnArc(circle2, angle2)) return;
-    consider(angle1, angle2);
-    krArcArcCoordDescent(frameOf(circle1), frameOf(circle2), angle1, angle2,
-                         krArcArcDescentTolerance(circle1, circle2, angle1, angle2));
-    krPolishArcArc(circle1, circle2, angle1, angle2);
-    if (krOnArc(circle1, angle1) && krOnArc(circle2, angle2)) consider(angle1, angle2);
+  // A seed inside both arcs, then its refinement by the descent (finished by Newton when the
+  // descent went past its first round) where that stays inside both.
+  void refine(const KrTurn& turn1, const KrTurn& turn2) {
+    if (!krOnArc(circle1, turn1.angle) || !krOnArc(circle2, turn2.angle)) return;
+    consider(turn1, turn2);
+    KrTurn refined1 = turn1, refined2 = turn2;
+    double angle1 = turn1.angle, angle2 = turn2.angle;
+    const double tolerance = krArcArcDescentTolerance(circle1, circle2, turn1, turn2);
+    if (krArcArcCoordDescent(krFrameOf(circle1), krFrameOf(circle2), angle1, angle2, tolerance, &refined1,
+                             &refined2) > 1)
+      krPolishArcArc(circle1, circle2, refined1, refined2);
+    if (krOnArc(circle1, refined1.angle) && krOnArc(circle2, refined2.angle)) consider(refined1, refined2);
   }
 };
 
@@ -64,29 +60,29 @@ void parallelSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest)
     const KrCircle* arcs[] = {&c1, &c2};
     for (const KrCircle* arc : arcs)
       for (const double end : {arc->start, arc->start + arc->sweep}) {
-        const KrGeVector3d direction = arc->at(end) - arc->center;
-        nearest.refine(c1.angleOf(direction), c2.angleOf(direction));
+        const KrGeVector3d direction = arc->radial(krTurnOf(end));
+        nearest.refine(c1.turnOf(direction), c2.turnOf(direction));
       }
-    nearest.refine(0.0, c2.angleOf(c1.u));
+    nearest.refine(KrTurn{}, c2.turnOf(c1.u));
     return;
   }
   const KrGeVector3d along = w / distance;
   for (const double side1 : {1.0, -1.0})
-    for (const double side2 : {1.0, -1.0}) nearest.refine(c1.angleOf(along * side1), c2.angleOf(along * side2));
+    for (const double side2 : {1.0, -1.0}) nearest.refine(c1.turnOf(along * side1), c2.turnOf(along * side2));
   const double a = 0.5 * (distance + (c1.radius - c2.radius) * (c1.radius + c2.radius) / distance);
   const double across2 = (c1.radius - a) * (c1.radius + a);
   if (!(across2 >= 0.0)) return;
   const KrGeVector3d across = n.crossProduct(along) * std::sqrt(across2);
   for (const double side : {1.0, -1.0}) {
     const KrGeVector3d fromCenter1 = along * a + across * side;
-    nearest.refine(c1.angleOf(fromCenter1), c2.angleOf(fromCenter1 - w));
+    nearest.refine(c1.turnOf(fromCenter1), c2.turnOf(fromCenter1 - w));
   }
 }
 
-// The squared distance from the point of `from` at angle `angle` to the arc `to`, with its first
-// two derivatives in the angle when asked. Where the nearest point is inside the arc the closed
-// form h^2 + (rho - R)^2 holds (h the height over the plane, rho the distance from the axis);
-// where it is an end (or the point is on the axis and the start is taken) the end is fixed.
+// The squared distance from the point of `from` at a turn to the arc `to`, with its first two
+// derivatives in the angle when asked. Where the nearest point is inside the arc the closed form
+// h^2 + (rho - R)^2 holds (h the height over the plane, rho the distance from the axis); where it
+// is an end (or the point is on the axis and the start is taken) that point is fixed.
 struct ArcDistance {
   const KrCircle& from;
   const KrCircle& to;
@@ -96,21 +92,18 @@ struct ArcDistance {
     const KrGeVector3d flat = w - to.n * w.dotProduct(to.n);
     return flat.lengthSqrd() > 0.0 && (to.full || krOnArc(to, to.angleOf(flat)));
   }
-  double value(double angle, double* first = nullptr, double* second = nullptr) const {
-    const double c = std::cos(angle), s = std::sin(angle);
-    const KrGeVector3d radial = (from.u * c + from.v * s) * from.radius;
-    const KrGeVector3d tangent = (from.v * c - from.u * s) * from.radius;
+  double value(const KrTurn& turn, double* first = nullptr, double* second = nullptr) const {
+    const KrGeVector3d radial = from.radial(turn), tangent = from.tangent(turn);
     const KrGeVector3d w = (from.center - to.center) + radial;
-    const double h = w.dotProduct(to.n);
-    const KrGeVector3d flat = w - to.n * h;
-    const double rho = flat.length();
-    const bool inside = nearestInside(w);
-    if (!inside) {
-      const KrGeVector3d r = (from.center + radial) - to.at(krClosestArcParam(to, from.center + radial));
+    if (!nearestInside(w)) {
+      const KrGeVector3d r = (from.center + radial) - to.at(krClosestArcTurn(to, from.center + radial));
       if (first) *first = 2.0 * r.dotProduct(tangent);
       if (second) *second = 2.0 * (tangent.lengthSqrd() - r.dotProduct(radial));
       return r.lengthSqrd();
     }
+    const double h = w.dotProduct(to.n);
+    const KrGeVector3d flat = w - to.n * h;
+    const double rho = std::sqrt(flat.lengthSqrd());
     const double gap = rho - to.radius;
     if (first || second) {
       const double h1 = tangent.dotProduct(to.n), h2 = -radial.dotProduct(to.n);
@@ -127,19 +120,21 @@ struct ArcDistance {
 // A local minimum of the distance in [low, high] (offsets from `from`'s start) from `x`, the
 // least sample: Newton steps where the curvature is positive and the step stays in the bracket,
 // halving towards the descent otherwise; a point that is not lower shrinks the bracket.
-double bracketedMinimum(const ArcDistance& distance, double low, double high, double x) {
+KrTurn bracketedMinimum(const ArcDistance& distance, double low, double high, double x, KrTurn turn) {
   const double start = distance.from.start;
   double first = 0.0, second = 0.0;
-  double fx = distance.value(start + x, &first, &second);
+  double fx = distance.value(turn, &first, &second);
   for (int i = 0; i < 60; ++i) {
     double next = second > 0.0 ? x - first / second : x;
     if (!(next > low && next < high) || next == x) next = first > 0.0 ? 0.5 * (low + x) : 0.5 * (x + high);
     if (std::fabs(next - x) <= 4.0 * kEpsilon * (1.0 + std::fabs(x))) break;
+    const KrTurn nextTurn = krTurnOf(start + next);
     double nextFirst = 0.0, nextSecond = 0.0;
-    const double fn = distance.value(start + next, &nextFirst, &nextSecond);
+    const double fn = distance.value(nextTurn, &nextFirst, &nextSecond);
     if (fn <= fx) {
       (next > x ? low : high) = x;
       x = next;
+      turn = nextTurn;
       fx = fn;
       first = nextFirst;
       second = nextSecond;
@@ -147,33 +142,46 @@ double bracketedMinimum(const ArcDistance& distance, double low, double high, do
       (next > x ? high : low) = next;
     }
   }
-  return x;
+  return turn;
 }
 
 // Skew planes: seeds from the sampled distance of the smaller arc to the other (see arc_arc.h).
+// The even samples advance by the rotation recurrence (two trigonometric calls in all).
 void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) {
   const bool swap = c2.radius < c1.radius;
   const KrCircle& from = swap ? c2 : c1;
   const KrCircle& to = swap ? c1 : c2;
   const ArcDistance distance{from, to};
-  const int intervals = from.full ? kSamplesPerTurn
-                                  : std::max(4, (int)std::ceil(kSamplesPerTurn * from.sweep / kKrRelTwoPi));
+  const int intervals =
+      from.full ? kSamplesPerTurn : std::max(4, (int)std::ceil(kSamplesPerTurn * from.sweep / kKrRelTwoPi));
   constexpr int kMaxSamples = kSamplesPerTurn + 1 + 4;
   double offsets[kMaxSamples];
+  KrTurn turns[kMaxSamples];
   int count = from.full ? intervals : intervals + 1;
   const double step = (from.full ? kKrRelTwoPi : from.sweep) / intervals;
-  for (int i = 0; i < count; ++i) offsets[i] = i * step;
-  double nearAxis[4];
+  const KrTurn rotation = krTurnOf(step);
+  KrTurn turn = krTurnOf(from.start);
+  for (int i = 0; i < count; ++i) {
+    offsets[i] = i * step;
+    turns[i] = KrTurn{from.start + offsets[i], turn.cosine, turn.sine};
+    turn = KrTurn{0.0, turn.cosine * rotation.cosine - turn.sine * rotation.sine,
+                  turn.sine * rotation.cosine + turn.cosine * rotation.sine};
+  }
+  KrTurn nearAxis[4];
   const int extra = krLineCircleMinima(from, to.center, to.n, true, nearAxis);
   for (int i = 0; i < extra; ++i) {
-    const double offset = krArcOffset(from, nearAxis[i]);
+    const double offset = krArcOffset(from, nearAxis[i].angle);
     if (!from.full && offset > from.sweep) continue;
     int at = count++;
-    for (; at > 0 && offsets[at - 1] > offset; --at) offsets[at] = offsets[at - 1];
+    for (; at > 0 && offsets[at - 1] > offset; --at) {
+      offsets[at] = offsets[at - 1];
+      turns[at] = turns[at - 1];
+    }
     offsets[at] = offset;
+    turns[at] = KrTurn{from.start + offset, nearAxis[i].cosine, nearAxis[i].sine};
   }
   double values[kMaxSamples];
-  for (int i = 0; i < count; ++i) values[i] = distance.value(from.start + offsets[i]);
+  for (int i = 0; i < count; ++i) values[i] = distance.value(turns[i]);
 
   // The sampled local minima (cyclic on a full circle), least first.
   int minima[kMaxSamples];
@@ -190,17 +198,18 @@ void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) 
     const int i = minima[k];
     const double low = i > 0 ? offsets[i - 1] : (from.full ? offsets[count - 1] - kKrRelTwoPi : offsets[0]);
     const double high = i + 1 < count ? offsets[i + 1] : (from.full ? kKrRelTwoPi : offsets[i]);
-    const double best = bracketedMinimum(distance, low, high, offsets[i]);
-    const double angleFrom = from.start + best;
-    const KrGePoint3d point = from.at(angleFrom);
-    const double angleTo = krClosestArcParam(to, point);
+    const KrTurn best = bracketedMinimum(distance, low, high, offsets[i], turns[i]);
+    const KrGePoint3d point = from.at(best);
+    const KrTurn onTo = krClosestArcTurn(to, point);
     // Only a pair inside both arcs is a critical point of the whole distance, which the descent
     // refines; a pair on an edge is exact already.
-    const bool interior = (from.full || (best > 0.0 && best < from.sweep)) && distance.nearestInside(point - to.center);
+    const double offset = best.angle - from.start;
+    const bool interior =
+        (from.full || (offset > 0.0 && offset < from.sweep)) && distance.nearestInside(point - to.center);
     if (interior)
-      swap ? nearest.refine(angleTo, angleFrom) : nearest.refine(angleFrom, angleTo);
+      swap ? nearest.refine(onTo, best) : nearest.refine(best, onTo);
     else
-      swap ? nearest.consider(angleTo, angleFrom) : nearest.consider(angleFrom, angleTo);
+      swap ? nearest.consider(onTo, best) : nearest.consider(best, onTo);
   }
 }
 
@@ -208,46 +217,58 @@ bool isPointLike(const KrCircle& circle, double magnitude) { return !(circle.rad
 
 }  // namespace
 
-void krArcArcClosestParams(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2) {
+void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2,
+                     KrGePoint3d& on1, KrGePoint3d& on2) {
   const KrCircle c1 = krCircleOf(arc1), c2 = krCircleOf(arc2);
+  const auto answer = [&](const KrTurn& turn1, const KrTurn& turn2) {
+    theta1 = krArcParam(c1, turn1.angle);
+    theta2 = krArcParam(c2, turn2.angle);
+    on1 = c1.at(turn1);
+    on2 = c2.at(turn2);
+  };
   if (!krIsFinite(c1) || !krIsFinite(c2)) {
     theta1 = std::isfinite(arc1.startAng) ? arc1.startAng : 0.0;
     theta2 = std::isfinite(arc2.startAng) ? arc2.startAng : 0.0;
+    on1 = arc1.pointAt(theta1);
+    on2 = arc2.pointAt(theta2);
     return;
   }
-  const double magnitude =
-      std::max({krMagnitude(c1.center), krMagnitude(c2.center), c1.radius, c2.radius});
+  const double magnitude = std::max({krMagnitude(c1.center), krMagnitude(c2.center), c1.radius, c2.radius});
   const bool point1 = isPointLike(c1, magnitude), point2 = isPointLike(c2, magnitude);
   if (point1 || point2) {
-    theta1 = c1.start;
-    theta2 = krClosestArcParam(c2, c1.at(theta1));
-    if (!point1) theta1 = krClosestArcParam(c1, c2.at(theta2));
-    return;
+    const KrTurn start1 = krTurnOf(c1.start);
+    const KrTurn turn2 = krClosestArcTurn(c2, c1.at(start1));
+    return answer(point1 ? start1 : krClosestArcTurn(c1, c2.at(turn2)), turn2);
   }
-  NearestPair nearest{c1, c2};
-  if (c1.n.crossProduct(c2.n).length() <= 1e-12)
+  NearestPair nearest(c1, c2);
+  if (c1.n.crossProduct(c2.n).lengthSqrd() <= 1e-24)
     parallelSeeds(c1, c2, nearest);
   else
     sampledSeeds(c1, c2, nearest);
   if (!c1.full)
-    for (const double end : {c1.start, c1.start + c1.sweep}) nearest.consider(end, krClosestArcParam(c2, c1.at(end)));
+    for (const double end : {c1.start, c1.start + c1.sweep}) {
+      const KrTurn turn = krTurnOf(end);
+      nearest.consider(turn, krClosestArcTurn(c2, c1.at(turn)));
+    }
   if (!c2.full)
-    for (const double end : {c2.start, c2.start + c2.sweep}) nearest.consider(krClosestArcParam(c1, c2.at(end)), end);
-  if (!nearest.any) nearest.consider(c1.start, krClosestArcParam(c2, c1.at(c1.start)));
-  theta1 = krArcParam(c1, nearest.theta1);
-  theta2 = krArcParam(c2, nearest.theta2);
+    for (const double end : {c2.start, c2.start + c2.sweep}) {
+      const KrTurn turn = krTurnOf(end);
+      nearest.consider(krClosestArcTurn(c1, c2.at(turn)), turn);
+    }
+  if (!nearest.any) {
+    const KrTurn start = krTurnOf(c1.start);
+    nearest.consider(start, krClosestArcTurn(c2, c1.at(start)));
+  }
+  answer(nearest.theta1, nearest.theta2);
 }
 
 namespace krrelation {
 
 bool closestArcArc(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, KrGePoint3d& onFirst,
                    KrGePoint3d& onSecond, const KrGeTol&) {
-  const KrArcFrame& arc1 = static_cast<const KrCircArc3dImpl&>(first).frame();
-  const KrArcFrame& arc2 = static_cast<const KrCircArc3dImpl&>(second).frame();
   double theta1 = 0.0, theta2 = 0.0;
-  krArcArcClosestParams(arc1, arc2, theta1, theta2);
-  onFirst = arc1.pointAt(theta1);
-  onSecond = arc2.pointAt(theta2);
+  krArcArcClosest(static_cast<const KrCircArc3dImpl&>(first).frame(),
+                  static_cast<const KrCircArc3dImpl&>(second).frame(), theta1, theta2, onFirst, onSecond);
   return true;
 }
 

@@ -31,9 +31,10 @@
 #include "entity/arc/arc_frame.h"
 #include "entity/relation/KrCurveRelation.h"
 
-// Angles of a closest pair of the two arcs, each in [startAng, startAng + sweep]. Non-finite data
-// answers the start angles (0 for one that is not finite).
-void krArcArcClosestParams(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2);
+// A closest pair of the two arcs: the angles, each in [startAng, startAng + sweep], and the
+// points. Non-finite data answers the start angles (0 for one that is not finite).
+void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2,
+                     KrGePoint3d& on1, KrGePoint3d& on2);
 
 // The intersection points of the two arcs within `tol` (see above), with the angle on arc1 as the
 // first parameter. False, with no points, for non-finite data.

@@ -12,15 +12,17 @@
 // new point of arc 1. Stops when the length of the change of (theta1, theta2) is <= tolerance,
 // equals the previous one exactly (cycling), or is not a number; after 1000 rounds it stops with
 // the warning "cp_cc_LocalMin_CoordDescent_optimized, more than 1000 iterations!, terminating"
-// (source KrCircArc3dImpl, line 673). Answers the number of rounds.
+// (source KrCircArc3dImpl, line 673). Answers the number of rounds. `turn1` and `turn2`, when
+// given, receive the angles with their cosines and sines.
 int krArcArcCoordDescent(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2,
-                         double tolerance);
+                         double tolerance, KrTurn* turn1 = nullptr, KrTurn* turn2 = nullptr);
 
 // The step length at which the descent from (theta1, theta2) should stop: the rounding of the
 // two angles (each from a projection at in-plane distance rho, eps |w| / rho) and the resolution
 // of the minimum along the flattest direction of the Hessian (see krArcLineDescentTolerance).
-double krArcArcDescentTolerance(const KrCircle& circle1, const KrCircle& circle2, double theta1, double theta2);
+double krArcArcDescentTolerance(const KrCircle& circle1, const KrCircle& circle2, const KrTurn& theta1,
+                                const KrTurn& theta2);
 
 // At most three Newton steps on the same squared distance, each taken only where the Hessian is
 // positive definite and the distance does not grow.
-void krPolishArcArc(const KrCircle& circle1, const KrCircle& circle2, double& theta1, double& theta2);
+void krPolishArcArc(const KrCircle& circle1, const KrCircle& circle2, KrTurn& theta1, KrTurn& theta2);

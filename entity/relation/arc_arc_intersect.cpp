@@ -18,13 +18,13 @@ struct Collector {
   // `reach` bounds the pair's distance: tol, or 2 tol for a touching in one plane (tol across
   // the planes and tol within them), whose midpoint is then still within tol of both.
   void add(const KrGePoint3d& on1, const KrGePoint3d& on2, double angle1, double angle2, double reach) {
-    if (!(on1.distanceTo(on2) <= reach)) return;
+    if (!((on1 - on2).lengthSqrd() <= reach * reach)) return;
     const double param1 = krArcParamWithin(circle1, angle1, tol / circle1.radius);
     const double param2 = krArcParamWithin(circle2, angle2, tol / circle2.radius);
     if (!(param1 == param1) || !(param2 == param2)) return;
     const KrGePoint3d point = on1 + (on2 - on1) * 0.5;
     for (int i = 0; i < result.count; ++i)
-      if (result.points[i].distanceTo(point) <= tol) return;
+      if ((result.points[i] - point).lengthSqrd() <= tol * tol) return;
     result.add(point, param1, param2);
   }
   // The pair of nearest points of the two circles around `point`, added when within tol.
@@ -121,7 +121,7 @@ bool krArcArcIntersections(const KrArcFrame& arc1, const KrArcFrame& arc2, doubl
     return true;
   }
   const KrGeVector3d m = c1.n.crossProduct(c2.n);
-  const double sine = m.length();
+  const double sine = std::sqrt(m.lengthSqrd());  // at most 1: no underflow that matters
   const KrGeVector3d offset = c2.center - c1.center;
   const double height2 = offset.dotProduct(c2.n);
   if (std::fabs(offset.dotProduct(c1.n)) + c2.radius * sine <= tol && std::fabs(height2) + c1.radius * sine <= tol) {

@@ -15,8 +15,9 @@
 // equals the previous one exactly (cycling), or is not a number; after 1000 rounds it stops with
 // the warning "cp_cl_LocalMin_CoordDescent_optimized, more than 1000 iterations!, terminating"
 // (source KrCircArc3dImpl, line 398). Answers the number of rounds. lineDirection must not be zero.
+// `turn`, when given, receives theta with its cosine and sine.
 int krArcLineCoordDescent(const KrArcFrame& arc, const KrGePoint3d& linePoint, const KrGeVector3d& lineDirection,
-                          double& theta, double& t, double tolerance);
+                          double& theta, double& t, double tolerance, KrTurn* turn = nullptr);
 
 // The step length at which the descent from (theta, t) should stop: the rounding of its two
 // parameters (an angle from a projection at in-plane distance rho carries eps |L - C| / rho, the
@@ -26,10 +27,10 @@ int krArcLineCoordDescent(const KrArcFrame& arc, const KrGePoint3d& linePoint, c
 // Near a tangency lambda vanishes and so the descent, which would crawl there, stops at once;
 // an exact seed is then left to the Newton polish.
 double krArcLineDescentTolerance(const KrCircle& circle, const KrGePoint3d& linePoint,
-                                 const KrGeVector3d& lineDirection, double theta, double t);
+                                 const KrGeVector3d& lineDirection, const KrTurn& theta, double t);
 
 // At most three Newton steps on the same squared distance, each taken only where the Hessian is
 // positive definite and the distance does not grow: quadratic convergence where the descent,
 // which only converges linearly along a valley, has brought the pair near a minimum.
 void krPolishArcLine(const KrCircle& circle, const KrGePoint3d& linePoint, const KrGeVector3d& lineDirection,
-                     double& theta, double& t);
+                     KrTurn& theta, double& t);

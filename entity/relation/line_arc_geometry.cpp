@@ -23,16 +23,30 @@ KrCircle krCircleOf(const KrArcFrame& frame) {
   return circle;
 }
 
-bool krIsFinite(const KrGePoint3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
-bool krIsFinite(const KrGeVector3d& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
-bool krIsFinite(const KrCircle& c) {
-  return krIsFinite(c.center) && krIsFinite(c.u) && krIsFinite(c.v) && krIsFinite(c.n) && std::isfinite(c.radius) &&
-         std::isfinite(c.start) && std::isfinite(c.sweep);
+KrArcFrame krFrameOf(const KrCircle& circle) {
+  KrArcFrame frame;
+  frame.center = circle.center;
+  frame.normal = circle.n;
+  frame.refVec = circle.u;
+  frame.radius = circle.radius;
+  frame.startAng = circle.start;
+  frame.sweep = circle.sweep;
+  return frame;
 }
+
+bool krIsFinite(const KrLinearSpan& span) {
+  return krIsFinite(span.origin) && krIsFinite(span.direction) && span.lower == span.lower &&
+         span.upper == span.upper && span.lower <= span.upper;
+}
+
 
 double krArcOffset(const KrCircle& circle, double angle) {
   double offset = angle - circle.start;
   if (offset >= 0.0 && offset < kKrRelTwoPi) return offset;
+  if (offset < 0.0 && offset >= -kKrRelTwoPi) {
+    offset += kKrRelTwoPi;
+    return offset < kKrRelTwoPi ? offset : 0.0;
+  }
   offset -= kKrRelTwoPi * std::floor(offset / kKrRelTwoPi);
   // The reduction can round up to 2 pi itself, which is the start again.
   return offset >= kKrRelTwoPi || offset < 0.0 ? 0.0 : offset;
@@ -53,15 +67,21 @@ double krArcParamWithin(const KrCircle& circle, double angle, double slack) {
   return beforeStart <= slack ? circle.start : std::nan("");
 }
 
-double krClosestArcParam(const KrCircle& circle, const KrGePoint3d& point) {
+KrTurn krClosestArcTurn(const KrCircle& circle, const KrGePoint3d& point) {
   const KrGeVector3d w = point - circle.center;
   const double x = w.dotProduct(circle.u);
   const double y = w.dotProduct(circle.v);
-  if (x == 0.0 && y == 0.0) return circle.start;
-  const double offset = krArcOffset(circle, std::atan2(y, x));
-  if (circle.full || offset <= circle.sweep) return circle.start + offset;
+  if (x == 0.0 && y == 0.0) return krTurnOf(circle.start);
+  KrTurn turn = krTurnTowards(x, y);
+  const double offset = krArcOffset(circle, turn.angle);
+  turn.angle = circle.start + offset;
+  if (circle.full || offset <= circle.sweep) return turn;
   // Off the arc the distance grows with the angle to an end, so the nearer end in angle wins.
-  return offset - circle.sweep < kKrRelTwoPi - offset ? circle.start + circle.sweep : circle.start;
+  return krTurnOf(offset - circle.sweep < kKrRelTwoPi - offset ? circle.start + circle.sweep : circle.start);
+}
+
+double krClosestArcParam(const KrCircle& circle, const KrGePoint3d& point) {
+  return krClosestArcTurn(circle, point).angle;
 }
 
 namespace {
@@ -92,6 +112,36 @@ struct Ellipse {
     }
     return s;
   }
+  // The root in [low, high] (F(low) >= 0 >= F(high)) with s > 0. Newton on F from the left is
+  // safe but crawls near the poles, where F ~ c / s^2; Newton on G = (F + 1)^(-1/2) - 1, which
+  // is nearly linear both there and far out, is taken instead when it stays in the bracket
+  // (and, from the left, goes farther). Ends when the bracket is down to a few units in the last
+  // place, or after a step below 1e-9 relative: convergence is quadratic by then, so the error
+  // left is far below the rounding.
+  double nearestRoot(double low, double high) const {
+    double s = low;
+    for (int i = 0; i < 100; ++i) {
+      const double a = 1.0 / (s + kappa), b = 1.0 / s;
+      const double x = x0 * a, y = by * b;
+      const double q = x * x + y * y;
+      const double w = x * x * a + y * y * b;  // -F'(s) / 2
+      const double linear = s + q * (std::sqrt(q) - 1.0) / w;
+      double next;
+      if (q >= 1.0) {
+        low = s;
+        next = s + (q - 1.0) / (2.0 * w);
+        if (linear > next && linear < high) next = linear;
+      } else {
+        high = s;
+        next = linear > low ? linear : 0.5 * (low + high);
+      }
+      if (!std::isfinite(next) || high - low <= 4e-16 * high) break;
+      const bool small = std::fabs(next - s) <= 1e-9 * next;
+      s = next;
+      if (small) break;
+    }
+    return s;
+  }
 };
 
 }  // namespace
@@ -106,7 +156,7 @@ struct Ellipse {
 // the circle's frame: f1 along its in-plane part, f2 across it, g1 = e_n f1 - e_2 n the image of
 // f1 divided by e_n, written without the cancelling difference f1 - e_2 e.
 int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVector3d& direction, bool all,
-                       double* angles) {
+                       KrTurn* turns) {
   const KrGeVector3d e = direction / direction.length();
   const double eu = e.dotProduct(c.u), ev = e.dotProduct(c.v), en = e.dotProduct(c.n);
   const double kappa = eu * eu + ev * ev;
@@ -118,22 +168,26 @@ int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVec
   const double bigY = (en * (cphi * qu + sphi * qv) - e2 * qn) / c.radius;
 
   int count = 0;
-  const double startAngle = std::atan2(std::sin(c.start), std::cos(c.start));
+  const auto emitStart = [&] {
+    const KrTurn start = krTurnOf(c.start);
+    turns[count++] = KrTurn{std::atan2(start.sine, start.cosine), start.cosine, start.sine};
+  };
   // The shadow point (sin psi, e_n cos psi) belongs to the circle angle phi + psi.
   const auto emit = [&](double cosPsi, double sinPsi) {
     const double cosT = cphi * cosPsi - sphi * sinPsi, sinT = sphi * cosPsi + cphi * sinPsi;
     if (!std::isfinite(cosT) || !std::isfinite(sinT)) return;  // an overflowed merging point
-    angles[count++] = cosT == 0.0 && sinT == 0.0 ? startAngle : std::atan2(sinT, cosT);
+    if (cosT == 0.0 && sinT == 0.0) return emitStart();
+    turns[count++] = krTurnTowards(cosT, sinT);
   };
   if (!std::isfinite(bigX) || !std::isfinite(bigY) || !std::isfinite(kappa)) {
-    angles[count++] = startAngle;
+    emitStart();
     return count;
   }
   const double x0 = std::fabs(bigX), y0 = std::fabs(bigY);
   const double sx = bigX < 0.0 ? -1.0 : 1.0, sy = bigY < 0.0 ? -1.0 : 1.0, sn = en < 0.0 ? -1.0 : 1.0;
   const double by = std::fabs(en) * y0;
   if (kappa == 0.0 && x0 == 0.0 && y0 == 0.0) {
-    angles[count++] = startAngle;  // the axis itself: every point is as near
+    emitStart();  // the axis itself: every point is as near
     return count;
   }
   if (!(by > 0.0)) {
@@ -152,13 +206,9 @@ int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVec
     return count;
   }
   const Ellipse ellipse{x0, by, kappa};
-  // The root lies in [max(beta y0, x0 - kappa), hypot]; F >= 0 at the lower end. Near the pole
-  // at 0 Newton only grows s by half a step, so first climb by factors of 16 and 2 while F > 0.
-  const double upper = std::hypot(x0, by);
-  double s = std::max(by, x0 - kappa);
-  for (double factor : {16.0, 2.0})
-    for (int i = 0; i < 300 && s * factor < upper && ellipse.f(s * factor) > 0.0; ++i) s *= factor;
-  s = ellipse.newtonToRoot(s);
+  // The root lies in [max(beta y0, x0 - kappa), hypot(x0, beta y0)]: F >= 0 at the lower end
+  // (one of its terms is 1) and <= 0 at the upper one.
+  const double s = ellipse.nearestRoot(std::max(by, x0 - kappa), std::sqrt(x0 * x0 + by * by));
   emit(sy * sn * by / s, sx * x0 / (s + kappa));
   if (!all || !(kappa > 0.0)) return count;
 
@@ -178,10 +228,9 @@ int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVec
 }
 
 double krValleyResolution(double a, double b, double d, double noise) {
-  const double mean = 0.5 * (a + d);
-  const double largest = mean + std::hypot(0.5 * (a - d), b);
-  const double least = largest > 0.0 ? (a * d - b * b) / largest : 0.0;
-  return least > 0.0 ? std::sqrt(noise / least) : std::numeric_limits<double>::infinity();
+  // The trace is within a factor 2 of the largest eigenvalue, enough for a resolution.
+  const double trace = a + d, det = a * d - b * b;
+  return trace > 0.0 && det > 0.0 ? std::sqrt(noise * trace / det) : std::numeric_limits<double>::infinity();
 }
 
 double krEffectiveTolerance(double magnitude, double tol) {

@@ -276,3 +276,66 @@ TEST(ArcRelations, IntersectWith_TangencyIsOnePointWithinTheTolerance) {
   ASSERT_EQ(touching.size(), 1u);
   EXPECT_TRUE(linear_test::within(touching[0], arcOf(0, 1).endPoint(), tol));
 }
+
+// Documented answers: a line along the axis is equally near to every point and the start is
+// taken; concentric circles in one plane are |R1 - R2| apart along a direction on both arcs;
+// coaxial arcs whose ranges do not meet are nearest at their nearest ends.
+TEST(ArcRelations, ClosestPair_ClosedFormCases) {
+  const KrGeVector3d z(0, 0, 1), x(1, 0, 0);
+  const KrGeCircArc3d arc(KrGePoint3d(1, 1, 1), z, x, 2.0, 0.5, 2.0);
+  KrGePoint3d onLine;
+  EXPECT_TRUE(linear_test::within(arc.closestPointTo(KrGeLine3d(KrGePoint3d(1, 1, 7), z), onLine), arc.startPoint(), 1e-12));
+  EXPECT_TRUE(linear_test::within(onLine, KrGePoint3d(1, 1, 1), 1e-12));
+  KrGePoint3d onOther;
+  const KrGePoint3d onArc = arc.closestPointTo(KrGeCircArc3d(KrGePoint3d(1, 1, 1), -z, x, 5.0, -1.8, 2.0), onOther);
+  EXPECT_NEAR(onArc.distanceTo(onOther), 3.0, 1e-12);
+  const double angle = std::atan2(onArc.y - 1, onArc.x - 1);
+  EXPECT_TRUE(angle >= 0.5 && angle <= 1.8) << angle;
+  const KrGeCircArc3d above(KrGePoint3d(1, 1, 5), z, x, 2.0, 3.0, 4.0);
+  above.closestPointTo(arc, onOther);
+  EXPECT_TRUE(linear_test::within(onOther, arc.endPoint(), 1e-12));
+}
+
+// Zero, negative, huge and tiny radii and non-finite centres: every query answers, finite data
+// gives finite points, and a negative radius is the positive one turned half a turn.
+TEST(ArcRelations, BadInput_AnswersWithoutFailingOrHanging) {
+  const KrGeVector3d z(0, 0, 1), x(1, 0, 0);
+  const KrGePoint3d p(3, -1, 2);
+  const auto arcWith = [&](const KrGePoint3d& center, double radius) {
+    KrGeCircArc3d arc(center, z, x, 1.0, 0.5, 2.5);
+    arc.setRadius(radius);
+    return arc;
+  };
+  const KrGeCircArc3d arcs[] = {arcWith(p, 0.0),  arcWith(p, -2.0), arcWith(p, 1e8),
+                                arcWith(p, 1e-8), arcWith(KrGePoint3d(linear_test::kNaN, 0, 0), 1.0),
+                                arcWith(KrGePoint3d(0, linear_test::kInf, 0), 1.0)};
+  const KrGeLineSeg3d segment(KrGePoint3d(1, 1, 1), KrGePoint3d(3, -2, 5)), point(p, p);
+  const KrGeLine3d line(KrGePoint3d(0, 0, 1), KrGeVector3d(1, 1, 0));
+  const KrGeCircArc3d circle(KrGePoint3d(0.5, 0, 0), KrGeVector3d(1, 1, 0), 1.5);
+  const KrGeCurve3d* others[] = {&segment, &point, &line, &circle};
+  const auto finite = [](const KrGePoint3d& a) { return std::isfinite(a.x + a.y + a.z); };
+  const auto records = linear_test::recordsOf([&] {
+    for (const KrGeCircArc3d& arc : arcs) {
+      const bool finiteArc = finite(arc.center());
+      for (const KrGeCurve3d* other : others) {
+        KrGePoint3d onOther, onArc, onArc2, onOther2;
+        onArc = arc.closestPointTo(*other, onOther);
+        onOther2 = other->closestPointTo(arc, onArc2);
+        if (finiteArc) {
+          EXPECT_TRUE(finite(onArc));
+          EXPECT_TRUE(finite(onOther2));
+        }
+      }
+      const size_t count = intersections(arc, segment, 1e-10).size() + intersections(arc, line, 1e-10).size() +
+                           intersections(arc, circle, 1e-10).size();
+      if (!finiteArc) {
+        EXPECT_EQ(count, 0u);
+      }
+    }
+    EXPECT_EQ(intersections(arcs[0], point, 1e-10).size(), 1u);
+  });
+  EXPECT_FALSE(recordsHaveDescentWarning(records));
+  const KrGeCircArc3d turned(p, z, x, 2.0, 0.5 + 3.141592653589793, 2.5 + 3.141592653589793);
+  KrGePoint3d a, b;
+  EXPECT_NEAR(arcs[1].closestPointTo(segment, a).distanceTo(a), turned.closestPointTo(segment, b).distanceTo(b), 1e-12);
+}
