@@ -14,16 +14,19 @@ constexpr double kEpsilon = 2.220446049250313e-16;
 constexpr int kSamplesPerTurn = 32;
 constexpr int kRefinedMinima = 4;
 
-// The nearest pair seen so far (the first wins a tie), and the refinement of interior seeds.
+// The nearest pair seen so far (the first wins a tie). Seeds are critical pairs of the whole
+// distance inside both arcs; edge pairs are exact. Only the nearest candidate is refined, when it
+// is a seed: the others are critical points already, which the refinement would move by no more
+// than rounding, so it could not change which is nearest.
 struct NearestPair {
   NearestPair(const KrCircle& first, const KrCircle& second) : circle1(first), circle2(second) {}
   const KrCircle& circle1;
   const KrCircle& circle2;
   KrTurn theta1, theta2;
   double value = std::numeric_limits<double>::infinity();
-  bool any = false;
+  bool any = false, seeded = false;
 
-  void consider(const KrTurn& turn1, const KrTurn& turn2) {
+  void consider(const KrTurn& turn1, const KrTurn& turn2, bool isSeed = false) {
     if (!std::isfinite(turn1.angle) || !std::isfinite(turn2.angle)) return;
     const double distance = (circle1.at(turn1) - circle2.at(turn2)).lengthSqrd();
     if (any && !(distance < value)) return;
@@ -31,15 +34,18 @@ struct NearestPair {
     theta2 = turn2;
     value = distance;
     any = true;
+    seeded = isSeed;
   }
-  // A seed inside both arcs, then its refinement by the descent (finished by Newton when the
-  // descent went past its first round) where that stays inside both.
-  void refine(const KrTurn& turn1, const KrTurn& turn2) {
-    if (!krOnArc(circle1, turn1.angle) || !krOnArc(circle2, turn2.angle)) return;
-    consider(turn1, turn2);
-    KrTurn refined1 = turn1, refined2 = turn2;
-    double angle1 = turn1.angle, angle2 = turn2.angle;
-    const double tolerance = krArcArcDescentTolerance(circle1, circle2, turn1, turn2);
+  void seed(const KrTurn& turn1, const KrTurn& turn2) {
+    if (krOnArc(circle1, turn1.angle) && krOnArc(circle2, turn2.angle)) consider(turn1, turn2, true);
+  }
+  // The descent from the nearest seed, finished by Newton when it went past its first round;
+  // kept where it stays inside both arcs and is not farther.
+  void refine() {
+    if (!seeded) return;
+    KrTurn refined1 = theta1, refined2 = theta2;
+    double angle1 = theta1.angle, angle2 = theta2.angle;
+    const double tolerance = krArcArcDescentTolerance(circle1, circle2, theta1, theta2);
     if (krArcArcCoordDescent(krFrameOf(circle1), krFrameOf(circle2), angle1, angle2, tolerance, &refined1,
                              &refined2) > 1)
       krPolishArcArc(circle1, circle2, refined1, refined2);
@@ -61,21 +67,21 @@ void parallelSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest)
     for (const KrCircle* arc : arcs)
       for (const double end : {arc->start, arc->start + arc->sweep}) {
         const KrGeVector3d direction = arc->radial(krTurnOf(end));
-        nearest.refine(c1.turnOf(direction), c2.turnOf(direction));
+        nearest.seed(c1.turnOf(direction), c2.turnOf(direction));
       }
-    nearest.refine(KrTurn{}, c2.turnOf(c1.u));
+    nearest.seed(KrTurn{}, c2.turnOf(c1.u));
     return;
   }
   const KrGeVector3d along = w / distance;
   for (const double side1 : {1.0, -1.0})
-    for (const double side2 : {1.0, -1.0}) nearest.refine(c1.turnOf(along * side1), c2.turnOf(along * side2));
+    for (const double side2 : {1.0, -1.0}) nearest.seed(c1.turnOf(along * side1), c2.turnOf(along * side2));
   const double a = 0.5 * (distance + (c1.radius - c2.radius) * (c1.radius + c2.radius) / distance);
   const double across2 = (c1.radius - a) * (c1.radius + a);
   if (!(across2 >= 0.0)) return;
   const KrGeVector3d across = n.crossProduct(along) * std::sqrt(across2);
   for (const double side : {1.0, -1.0}) {
     const KrGeVector3d fromCenter1 = along * a + across * side;
-    nearest.refine(c1.turnOf(fromCenter1), c2.turnOf(fromCenter1 - w));
+    nearest.seed(c1.turnOf(fromCenter1), c2.turnOf(fromCenter1 - w));
   }
 }
 
@@ -92,13 +98,22 @@ struct ArcDistance {
     const KrGeVector3d flat = w - to.n * w.dotProduct(to.n);
     return flat.lengthSqrd() > 0.0 && (to.full || krOnArc(to, to.angleOf(flat)));
   }
+  // The value alone, for the samples: to a full circle, h^2 + (rho - R)^2 with rho^2 taken as
+  // |w|^2 - h^2, which loses digits only near the axis, where samples need none.
+  double sample(const KrTurn& turn) const {
+    const KrGeVector3d w = (from.center - to.center) + from.radial(turn);
+    if (!to.full) return value(turn);
+    const double h = w.dotProduct(to.n);
+    const double gap = std::sqrt(std::max(0.0, w.lengthSqrd() - h * h)) - to.radius;
+    return h * h + gap * gap;
+  }
   double value(const KrTurn& turn, double* first = nullptr, double* second = nullptr) const {
-    const KrGeVector3d radial = from.radial(turn), tangent = from.tangent(turn);
+    const KrGeVector3d radial = from.radial(turn);
     const KrGeVector3d w = (from.center - to.center) + radial;
     if (!nearestInside(w)) {
       const KrGeVector3d r = (from.center + radial) - to.at(krClosestArcTurn(to, from.center + radial));
-      if (first) *first = 2.0 * r.dotProduct(tangent);
-      if (second) *second = 2.0 * (tangent.lengthSqrd() - r.dotProduct(radial));
+      if (first) *first = 2.0 * r.dotProduct(from.tangent(turn));
+      if (second) *second = 2.0 * (from.tangent(turn).lengthSqrd() - r.dotProduct(radial));
       return r.lengthSqrd();
     }
     const double h = w.dotProduct(to.n);
@@ -106,6 +121,7 @@ struct ArcDistance {
     const double rho = std::sqrt(flat.lengthSqrd());
     const double gap = rho - to.radius;
     if (first || second) {
+      const KrGeVector3d tangent = from.tangent(turn);
       const double h1 = tangent.dotProduct(to.n), h2 = -radial.dotProduct(to.n);
       const KrGeVector3d flat1 = tangent - to.n * h1, flat2 = -radial - to.n * h2;
       const double rho1 = flat.dotProduct(flat1) / rho;
@@ -119,15 +135,21 @@ struct ArcDistance {
 
 // A local minimum of the distance in [low, high] (offsets from `from`'s start) from `x`, the
 // least sample: Newton steps where the curvature is positive and the step stays in the bracket,
-// halving towards the descent otherwise; a point that is not lower shrinks the bracket.
+// halving towards the descent otherwise; a point that is not lower shrinks the bracket. A Newton
+// step below 1e-9 is the last: convergence is quadratic by then.
 KrTurn bracketedMinimum(const ArcDistance& distance, double low, double high, double x, KrTurn turn) {
   const double start = distance.from.start;
   double first = 0.0, second = 0.0;
   double fx = distance.value(turn, &first, &second);
   for (int i = 0; i < 60; ++i) {
     double next = second > 0.0 ? x - first / second : x;
-    if (!(next > low && next < high) || next == x) next = first > 0.0 ? 0.5 * (low + x) : 0.5 * (x + high);
+    bool newton = true;
+    if (!(next > low && next < high) || next == x) {
+      next = first > 0.0 ? 0.5 * (low + x) : 0.5 * (x + high);
+      newton = false;
+    }
     if (std::fabs(next - x) <= 4.0 * kEpsilon * (1.0 + std::fabs(x))) break;
+    const bool last = newton && std::fabs(next - x) <= 1e-9;
     const KrTurn nextTurn = krTurnOf(start + next);
     double nextFirst = 0.0, nextSecond = 0.0;
     const double fn = distance.value(nextTurn, &nextFirst, &nextSecond);
@@ -138,11 +160,33 @@ KrTurn bracketedMinimum(const ArcDistance& distance, double low, double high, do
       fx = fn;
       first = nextFirst;
       second = nextSecond;
+      if (last) break;
     } else {
       (next > x ? high : low) = next;
     }
   }
   return turn;
+}
+
+// The angles of `from` where its distance to `to` can change faster than even samples show:
+// its closest approaches to the axis of `to` (the distance peaks sharply there), and where its
+// height h over the plane of `to`, h0 + a cos + b sin, crosses zero or is extreme (two nearly
+// meeting circles have their narrow dips there, since the distance is at least |h|).
+int featureTurns(const KrCircle& from, const KrCircle& to, KrTurn* turns) {
+  int count = krLineCircleMinima(from, to.center, to.n, true, turns);
+  const double h0 = (from.center - to.center).dotProduct(to.n);
+  const double a = from.u.dotProduct(to.n) * from.radius, b = from.v.dotProduct(to.n) * from.radius;
+  const double amplitude = krNorm(a, b);
+  if (!(amplitude > 0.0)) return count;
+  const double c = a / amplitude, s = b / amplitude;
+  turns[count++] = krTurnTowards(c, s);
+  turns[count++] = krTurnTowards(-c, -s);
+  const double cosine = -h0 / amplitude;
+  if (!(std::fabs(cosine) <= 1.0)) return count;
+  const double sine = std::sqrt((1.0 - cosine) * (1.0 + cosine));
+  turns[count++] = krTurnTowards(c * cosine - s * sine, s * cosine + c * sine);
+  turns[count++] = krTurnTowards(c * cosine + s * sine, s * cosine - c * sine);
+  return count;
 }
 
 // Skew planes: seeds from the sampled distance of the smaller arc to the other (see arc_arc.h).
@@ -154,7 +198,7 @@ void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) 
   const ArcDistance distance{from, to};
   const int intervals =
       from.full ? kSamplesPerTurn : std::max(4, (int)std::ceil(kSamplesPerTurn * from.sweep / kKrRelTwoPi));
-  constexpr int kMaxSamples = kSamplesPerTurn + 1 + 4;
+  constexpr int kMaxSamples = kSamplesPerTurn + 1 + 8;
   double offsets[kMaxSamples];
   KrTurn turns[kMaxSamples];
   int count = from.full ? intervals : intervals + 1;
@@ -167,10 +211,10 @@ void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) 
     turn = KrTurn{0.0, turn.cosine * rotation.cosine - turn.sine * rotation.sine,
                   turn.sine * rotation.cosine + turn.cosine * rotation.sine};
   }
-  KrTurn nearAxis[4];
-  const int extra = krLineCircleMinima(from, to.center, to.n, true, nearAxis);
-  for (int i = 0; i < extra; ++i) {
-    const double offset = krArcOffset(from, nearAxis[i].angle);
+  KrTurn extra[8];
+  const int extras = featureTurns(from, to, extra);
+  for (int i = 0; i < extras; ++i) {
+    const double offset = krArcOffset(from, extra[i].angle);
     if (!from.full && offset > from.sweep) continue;
     int at = count++;
     for (; at > 0 && offsets[at - 1] > offset; --at) {
@@ -178,10 +222,10 @@ void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) 
       turns[at] = turns[at - 1];
     }
     offsets[at] = offset;
-    turns[at] = KrTurn{from.start + offset, nearAxis[i].cosine, nearAxis[i].sine};
+    turns[at] = KrTurn{from.start + offset, extra[i].cosine, extra[i].sine};
   }
   double values[kMaxSamples];
-  for (int i = 0; i < count; ++i) values[i] = distance.value(turns[i]);
+  for (int i = 0; i < count; ++i) values[i] = distance.sample(turns[i]);
 
   // The sampled local minima (cyclic on a full circle), least first.
   int minima[kMaxSamples];
@@ -194,22 +238,24 @@ void sampledSeeds(const KrCircle& c1, const KrCircle& c2, NearestPair& nearest) 
     for (; at > 0 && values[minima[at - 1]] > values[i]; --at) minima[at] = minima[at - 1];
     minima[at] = i;
   }
+  // The distance (not squared) is R-Lipschitz in the angle (R the sampled radius), and inside
+  // a bracket every angle is within half the wider gap of a sample no nearer than the least one:
+  // a bracket whose bound is not below the nearest pair found cannot hold a nearer one.
   for (int k = 0; k < found && k < kRefinedMinima; ++k) {
     const int i = minima[k];
     const double low = i > 0 ? offsets[i - 1] : (from.full ? offsets[count - 1] - kKrRelTwoPi : offsets[0]);
     const double high = i + 1 < count ? offsets[i + 1] : (from.full ? kKrRelTwoPi : offsets[i]);
+    const double bound = std::sqrt(values[i]) - 0.5 * from.radius * std::max(offsets[i] - low, high - offsets[i]);
+    if (nearest.any && bound * std::fabs(bound) >= nearest.value) continue;
     const KrTurn best = bracketedMinimum(distance, low, high, offsets[i], turns[i]);
     const KrGePoint3d point = from.at(best);
     const KrTurn onTo = krClosestArcTurn(to, point);
-    // Only a pair inside both arcs is a critical point of the whole distance, which the descent
-    // refines; a pair on an edge is exact already.
+    // Only a pair inside both arcs is a critical point of the whole distance, a seed; a pair on
+    // an edge is exact already.
     const double offset = best.angle - from.start;
     const bool interior =
         (from.full || (offset > 0.0 && offset < from.sweep)) && distance.nearestInside(point - to.center);
-    if (interior)
-      swap ? nearest.refine(onTo, best) : nearest.refine(best, onTo);
-    else
-      swap ? nearest.consider(onTo, best) : nearest.consider(best, onTo);
+    swap ? nearest.consider(onTo, best, interior) : nearest.consider(best, onTo, interior);
   }
 }
 
@@ -259,6 +305,7 @@ void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& the
     const KrTurn start = krTurnOf(c1.start);
     nearest.consider(start, krClosestArcTurn(c2, c1.at(start)));
   }
+  nearest.refine();
   answer(nearest.theta1, nearest.theta2);
 }
 

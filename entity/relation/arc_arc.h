@@ -10,13 +10,16 @@
 //   reference direction, so that a direction on both arcs is found when there is one;
 // - otherwise the distance from a point of the arc of smaller radius to the other arc (closed
 //   form) is sampled over the first arc: 32 samples per turn, plus the angles where that arc
-//   passes nearest to the other's axis (krLineCircleMinima), since only there does the
-//   distance bend sharply. Up to four of the least sampled local minima are refined by a
-//   bracketed Newton iteration on that one-dimensional distance.
-// Every seed inside both ranges is refined by the coordinate descent (krArcArcCoordDescent) and
-// a Newton polish, and kept in its refined form only when that stays inside both ranges and is
-// not farther. The nearest pair wins, the first on a tie. An arc of radius within 1e-15 of the
-// coordinates' size is its centre.
+//   passes nearest to the other's axis (krLineCircleMinima: the distance peaks sharply there)
+//   and where it crosses the other's plane or is farthest from it on either side (nearly
+//   meeting circles dip sharply there, the distance being at least the height). Up to four of the least sampled local minima are refined by a
+//   bracketed Newton iteration on that one-dimensional distance, skipping a bracket that the
+//   distance's Lipschitz bound (the sampled radius) shows cannot hold a nearer pair.
+// The nearest candidate wins, the first on a tie; when it is a seed inside both arcs it is
+// refined by the coordinate descent (krArcArcCoordDescent, stopping at the resolution of the
+// minimum) and, if that went past its first round, a Newton polish, kept where it stays inside
+// both arcs and is not farther. An arc of radius within 1e-15 of the coordinates' size is its
+// centre.
 //
 // Intersection. Arcs whose circles lie within the tolerance of each other's plane meet in that
 // plane: the two crossings of the circles, or one touching point when the centres' distance is

@@ -11,16 +11,19 @@
 
 namespace {
 
-// The nearest pair seen so far; the first one wins a tie.
+// The nearest pair seen so far (the first wins a tie). Seeds are unconstrained local minima
+// inside both ranges; edge pairs are exact. Only the nearest candidate is refined, when it is a
+// seed: the others are critical points already, which the refinement would move by no more than
+// rounding, so it could not change which is nearest.
 struct NearestPair {
   NearestPair(const KrCircle& arc, const KrLinearSpan& linear) : circle(arc), span(linear) {}
   const KrCircle& circle;
   const KrLinearSpan& span;
   KrTurn theta;
   double t = 0.0, value = std::numeric_limits<double>::infinity();
-  bool any = false;
+  bool any = false, seeded = false;
 
-  void consider(const KrTurn& turn, double param) {
+  void consider(const KrTurn& turn, double param, bool isSeed = false) {
     if (!std::isfinite(turn.angle) || !std::isfinite(param)) return;
     const double distance = (circle.at(turn) - span.at(param)).lengthSqrd();
     if (any && !(distance < value)) return;
@@ -28,6 +31,7 @@ struct NearestPair {
     t = param;
     value = distance;
     any = true;
+    seeded = isSeed;
   }
 };
 
@@ -71,23 +75,10 @@ void krLineArcClosest(const KrLinearSpan& span, const KrArcFrame& arc, double& t
   const double rr = circle.radius * circle.radius;
   const double toCaller = circle.radius / std::sqrt(dd);
   const KrGeVector3d scaled = d * toCaller;
-  const KrArcFrame positive = krFrameOf(circle);
   for (int i = 0; i < count; ++i) {
     if (!krOnArc(circle, turns[i].angle)) continue;
-    double scaledT = (circle.at(turns[i]) - foot).dotProduct(scaled) / rr;
-    const double seedT = footParam + scaledT * toCaller;
-    if (!(seedT >= span.lower && seedT <= span.upper)) continue;  // an edge is nearer
-    nearest.consider(turns[i], seedT);
-    // A descent that stops at its first round has confirmed an exact seed; one that went on
-    // may have crawled along a valley and is finished by Newton.
-    KrTurn refined = turns[i];
-    double angle = refined.angle;
-    const double tolerance = krArcLineDescentTolerance(circle, foot, scaled, refined, scaledT);
-    if (krArcLineCoordDescent(positive, foot, scaled, angle, scaledT, tolerance, &refined) > 1)
-      krPolishArcLine(circle, foot, scaled, refined, scaledT);
-    const double refinedT = footParam + scaledT * toCaller;
-    if (krOnArc(circle, refined.angle) && refinedT >= span.lower && refinedT <= span.upper)
-      nearest.consider(refined, refinedT);
+    const double seedT = footParam + (circle.at(turns[i]) - foot).dotProduct(scaled) / rr * toCaller;
+    if (seedT >= span.lower && seedT <= span.upper) nearest.consider(turns[i], seedT, true);  // else an edge is nearer
   }
   for (const double bound : {span.lower, span.upper})
     if (std::isfinite(bound)) nearest.consider(krClosestArcTurn(circle, span.at(bound)), bound);
@@ -99,6 +90,19 @@ void krLineArcClosest(const KrLinearSpan& span, const KrArcFrame& arc, double& t
   if (!nearest.any) {
     const KrTurn start = krTurnOf(circle.start);
     nearest.consider(start, krClosestParamToPoint(span, circle.at(start)));
+  }
+  if (nearest.seeded) {
+    // A descent that stops at its first round has confirmed the seed; one that went on may
+    // have crawled along a valley and is finished by Newton.
+    KrTurn refined = nearest.theta;
+    double angle = refined.angle;
+    double scaledT = (circle.at(refined) - foot).dotProduct(scaled) / rr;
+    const double tolerance = krArcLineDescentTolerance(circle, foot, scaled, refined, scaledT);
+    if (krArcLineCoordDescent(krFrameOf(circle), foot, scaled, angle, scaledT, tolerance, &refined) > 1)
+      krPolishArcLine(circle, foot, scaled, refined, scaledT);
+    const double refinedT = footParam + scaledT * toCaller;
+    if (krOnArc(circle, refined.angle) && refinedT >= span.lower && refinedT <= span.upper)
+      nearest.consider(refined, refinedT);
   }
   answer(nearest.theta, nearest.t);
 }

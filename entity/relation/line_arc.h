@@ -6,14 +6,15 @@
 // minima of the distance from the circle to the infinite line, found algebraically
 // (krLineCircleMinima: the closest approaches of a point to the line's shadow of the circle, an
 // ellipse; the global one for a full circle and a line, also the second local minimum when a
-// range is bounded). Each is refined by the coordinate descent (krArcLineCoordDescent) and a
-// Newton polish, and kept in its refined form only when that stays inside both ranges and is not
-// farther. The edges are exact: each end of a bounded entity against the arc, each end of a
-// partial arc against the entity (the end-point closest pairs). The nearest of all wins, the
-// first on a tie, so the result is the global minimum. A line along the axis is equally near to
-// every point: the start of the arc is taken. An arc
-// of radius within 1e-15 of the coordinates' size is its centre; an entity of zero direction is
-// its point.
+// range is bounded); those inside both ranges are the seeds. The edges are exact: each end of a
+// bounded entity against the arc, each end of a partial arc against the entity (the end-point
+// closest pairs). The nearest candidate wins, the first on a tie, so the result is the global
+// minimum; when it is a seed it is refined by the coordinate descent (krArcLineCoordDescent,
+// stopping at the resolution of the minimum) and, if that went past its first round, a Newton
+// polish, and the refinement is kept where it stays inside both ranges and is not farther. A
+// line along the axis is equally near to every point: the start of the arc is taken. An arc of
+// radius within 1e-15 of the coordinates' size is its centre; an entity of zero direction is its
+// point.
 //
 // Intersection. A line whose part over the arc's disc stays within the tolerance of the arc's
 // plane meets the circle in the plane: two points at the ends of the chord, or one point, the
