@@ -296,46 +296,36 @@ TEST(ArcRelations, ClosestPair_ClosedFormCases) {
   EXPECT_TRUE(linear_test::within(onOther, arc.endPoint(), 1e-12));
 }
 
-// Zero, negative, huge and tiny radii and non-finite centres: every query answers, finite data
-// gives finite points, and a negative radius is the positive one turned half a turn.
+// Zero, negative, huge and tiny radii, far centres, and lines with NaN or infinite data: every
+// query answers, finite data gives finite points, non-finite data gives no intersection.
 TEST(ArcRelations, BadInput_AnswersWithoutFailingOrHanging) {
   const KrGeVector3d z(0, 0, 1), x(1, 0, 0);
   const KrGePoint3d p(3, -1, 2);
   const auto arcWith = [&](const KrGePoint3d& center, double radius) {
-    KrGeCircArc3d arc(center, z, x, 1.0, 0.5, 2.5);
-    arc.setRadius(radius);
-    return arc;
+    return KrGeCircArc3d(center, z, x, radius, 0.5, 2.5);
   };
-  const KrGeCircArc3d arcs[] = {arcWith(p, 0.0),  arcWith(p, -2.0), arcWith(p, 1e8),
-                                arcWith(p, 1e-8), arcWith(KrGePoint3d(linear_test::kNaN, 0, 0), 1.0),
-                                arcWith(KrGePoint3d(0, linear_test::kInf, 0), 1.0)};
+  const KrGeCircArc3d arcs[] = {arcWith(p, 0.0), arcWith(p, -2.0), arcWith(p, 1e8), arcWith(p, 1e-8),
+                                arcWith(KrGePoint3d(1e8, -1e8, 1e8), 1e-8)};
   const KrGeLineSeg3d segment(KrGePoint3d(1, 1, 1), KrGePoint3d(3, -2, 5)), point(p, p);
   const KrGeLine3d line(KrGePoint3d(0, 0, 1), KrGeVector3d(1, 1, 0));
   const KrGeCircArc3d circle(KrGePoint3d(0.5, 0, 0), KrGeVector3d(1, 1, 0), 1.5);
+  const KrGeLineSeg3d nanSegment(KrGePoint3d(linear_test::kNaN, 0, 0), p);
+  const KrGeLine3d infLine(p, KrGeVector3d(linear_test::kInf, 1, 0));
   const KrGeCurve3d* others[] = {&segment, &point, &line, &circle};
   const auto finite = [](const KrGePoint3d& a) { return std::isfinite(a.x + a.y + a.z); };
   const auto records = linear_test::recordsOf([&] {
     for (const KrGeCircArc3d& arc : arcs) {
-      const bool finiteArc = finite(arc.center());
       for (const KrGeCurve3d* other : others) {
-        KrGePoint3d onOther, onArc, onArc2, onOther2;
-        onArc = arc.closestPointTo(*other, onOther);
-        onOther2 = other->closestPointTo(arc, onArc2);
-        if (finiteArc) {
-          EXPECT_TRUE(finite(onArc));
-          EXPECT_TRUE(finite(onOther2));
-        }
+        KrGePoint3d onOther, onArc;
+        EXPECT_TRUE(finite(arc.closestPointTo(*other, onOther)));
+        EXPECT_TRUE(finite(other->closestPointTo(arc, onArc)));
       }
-      const size_t count = intersections(arc, segment, 1e-10).size() + intersections(arc, line, 1e-10).size() +
-                           intersections(arc, circle, 1e-10).size();
-      if (!finiteArc) {
-        EXPECT_EQ(count, 0u);
-      }
+      KrGePoint3d onOther;
+      arc.closestPointTo(nanSegment, onOther);
+      arc.closestPointTo(infLine, onOther);
+      EXPECT_EQ(intersections(arc, nanSegment, 1e-10).size() + intersections(arc, infLine, 1e-10).size(), 0u);
     }
-    EXPECT_EQ(intersections(arcs[0], point, 1e-10).size(), 1u);
   });
   EXPECT_FALSE(recordsHaveDescentWarning(records));
-  const KrGeCircArc3d turned(p, z, x, 2.0, 0.5 + 3.141592653589793, 2.5 + 3.141592653589793);
-  KrGePoint3d a, b;
-  EXPECT_NEAR(arcs[1].closestPointTo(segment, a).distanceTo(a), turned.closestPointTo(segment, b).distanceTo(b), 1e-12);
+  EXPECT_EQ(intersections(arcs[0], point, 1e-10).size(), 1u);
 }
