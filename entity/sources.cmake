@@ -29,6 +29,13 @@ list(APPEND KRGEL_SOURCES
   entity/relation/tangent_curves.cpp
   entity/relation/tangent_construction.cpp
   entity/relation/tangent_circles.cpp
+  entity/relation/line_arc_geometry.cpp
+  entity/relation/line_arc_descent.cpp
+  entity/relation/line_arc.cpp
+  entity/relation/line_arc_intersect.cpp
+  entity/relation/arc_arc_descent.cpp
+  entity/relation/arc_arc.cpp
+  entity/relation/arc_arc_intersect.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp
