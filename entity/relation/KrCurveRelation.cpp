@@ -5,6 +5,8 @@
 
 #include "KrsDiagnostics.h"
 #include "entity/curve/KrGeCurve3dImpl.h"
+#include "entity/relation/arc_arc.h"
+#include "entity/relation/line_arc.h"
 #include "entity/relation/line_line.h"
 
 KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
@@ -34,6 +36,8 @@ struct Entry {
 constexpr Entry kTable[] = {
     {KrCurveKind::kLinear, KrCurveKind::kLinear,
      {closestLineLine, projClosestLineLine, localClosestLineLine, intersectLineLine}},
+    {KrCurveKind::kLinear, KrCurveKind::kCircArc, {closestLineArc, nullptr, nullptr, intersectLineArc}},
+    {KrCurveKind::kCircArc, KrCurveKind::kCircArc, {closestArcArc, nullptr, nullptr, intersectArcArc}},
 };
 
 // The row of (first, second); `swapped` tells that it was found as (second, first).

@@ -62,6 +62,15 @@ TEST(KrGeLineSeg3d, EvaluateAndSample) {
   EXPECT_EQ(params[1], 3.0);
   EXPECT_EQ(points[1], KrGePoint3d(24, 0, 0));
   for (const char* expression : {"(numDeriv<0)", "(numSample < 2)", "(approxEps<0)"}) EXPECT_EQ(countAssertions(records, expression), 1);
+  // Beyond the limits of lines (256 derivatives, 2^20 samples): no derivatives, 2^20 samples.
+  const auto beyond = recordsOf([&] {
+    segment.evalPoint(0.5, 257, derivatives);
+    segment.getSamplePoints(INT_MAX, points);
+  });
+  EXPECT_EQ(derivatives.GetSize(), 0);
+  EXPECT_EQ(points.GetSize(), 1 << 20);
+  EXPECT_EQ(countAssertions(beyond, "(numDeriv>kMaxDerivOrder)"), 1);
+  EXPECT_EQ(countAssertions(beyond, "(numSample>kMaxSampleCount)"), 1);
   const auto unbounded = recordsOf([&] { KrGeLine3d().getSamplePoints(4, points); });
   EXPECT_EQ(points.GetSize(), 0);
   EXPECT_EQ(warningsIn(unbounded), std::vector<std::string>{warningText("KrLinearEnt3dImpl::getSamplePoints on unbounded line")});

@@ -9,12 +9,6 @@ namespace {
 
 KrGeVector3d unit(const KrGeVector3d& v) { return v / v.length(); }
 
-// A unit vector at `angle` radians from the unit vector u.
-KrGeVector3d tilted(Random& random, const KrGeVector3d& u, double angle) {
-  return u * std::cos(angle) + unit(u.crossProduct(random.unitVector())) * std::sin(angle);
-}
-double magnitude(Random& random, double low, double high) { return std::fabs(random.logUniform(low, high)); }
-
 // Height of a point above the plane, in long double from its origin and unit normal.
 double heightAbove(const KrGePlane& plane, const KrGePoint3d& point) {
   const KrGePoint3d o = plane.pointOnPlane();
@@ -57,8 +51,8 @@ TEST(KrGePlane, Construct_FromCoefficientsThreePointsAndTheStatics) {
   EXPECT_EQ(frame.u, KrGeVector3d(3, 0, 0));
   EXPECT_EQ(frame.v, KrGeVector3d(0, 0, 2));
   repeat(11, 200, [](Random& random, int) {
-    const KrGeVector3d n = random.unitVector() * magnitude(random, -3, 3);
-    const double d = random.uniform(-1, 1) * magnitude(random, -3, 3);
+    const KrGeVector3d n = random.unitVector() * random.magnitude(-3, 3);
+    const double d = random.uniform(-1, 1) * random.magnitude(-3, 3);
     double a, b, c, dd;
     KrGePlane(n.x, n.y, n.z, d).getCoefficients(a, b, c, dd);
     EXPECT_TRUE(within(KrGeVector3d(a, b, c), unit(n), 2e-15));
@@ -115,8 +109,8 @@ TEST(KrGePlane, Set_DegenerateAxesFallBackWithTheWarningThatNamesTheFallback) {
 // transformation maps the plane onto the images of its points with the normal following.
 TEST(KrGePlane, RandomPlanes_EvaluationMirrorFrameAndTransform) {
   repeat(404, 300, [](Random& random, int) {
-    const KrGeVector3d u = random.unitVector() * magnitude(random, -2, 2);
-    const KrGeVector3d v = tilted(random, unit(u), random.uniform(0.05, 3.0)) * magnitude(random, -2, 2);
+    const KrGeVector3d u = random.unitVector() * random.magnitude(-2, 2);
+    const KrGeVector3d v = random.tilted(unit(u), random.uniform(0.05, 3.0)) * random.magnitude(-2, 2);
     const KrGePlane original(random.point(100), u, v);
     const KrGePoint3d point = original.evalPoint(KrGePoint2d(random.uniform(-50, 50), random.uniform(-50, 50)));
     const double size = std::max(1.0, point.asVector().length());
@@ -186,10 +180,10 @@ TEST(KrGePlane, TransformBy_RepairsCollapsedAxesAndTogglesTheFlagOnlyBelowTheThr
 TEST(KrGePlane, Intersections_SatisfyBothEntitiesOnRandomInput) {
   int hits = 0;
   repeat(101, 2000, [&](Random& random, int) {
-    const double scale = magnitude(random, -3, 6);
+    const double scale = random.magnitude(-3, 6);
     const KrGePlane first(random.point(scale), random.unitVector());
     const KrGePoint3d lineOrigin = random.point(scale);
-    const KrGeVector3d lineDirection = random.unitVector() * magnitude(random, -2, 2);
+    const KrGeVector3d lineDirection = random.unitVector() * random.magnitude(-2, 2);
     const KrGeLine3d line(lineOrigin, lineDirection);
     KrGePoint3d hit;
     if (first.intersectWith(line, hit)) {
@@ -200,9 +194,9 @@ TEST(KrGePlane, Intersections_SatisfyBothEntitiesOnRandomInput) {
     } else {
       EXPECT_LE(std::fabs(lineDirection.dotProduct(first.normal())), KrGeContext::gTol.equalVector());
     }
-    const double angle = magnitude(random, -6, 0.2);
-    const KrGeVector3d otherNormal = tilted(random, first.normal(), angle);
-    const KrGePlane second(random.point(scale), otherNormal * magnitude(random, -3, 3));
+    const double angle = random.magnitude(-6, 0.2);
+    const KrGeVector3d otherNormal = random.tilted(first.normal(), angle);
+    const KrGePlane second(random.point(scale), otherNormal * random.magnitude(-3, 3));
     KrGeLine3d common, reversed;
     ASSERT_TRUE(first.intersectWith(second, common));
     ASSERT_TRUE(second.intersectWith(first, reversed));

@@ -123,7 +123,7 @@ void step(fuzz::Input& in, State& s) {
     case 38: fuzz::mayRunOutOfMemory([&] { s.coefficients.Add(in.real()); }); break;
     case 40: fuzz::mayRunOutOfMemory([&] {  // the host's own array, with hostile indices and counts
         s.coefficients.SetAtGrow(in.length(), in.real());
-        s.coefficients.InsertAt(in.length(), in.real(), in.integer());
+        s.coefficients.InsertAt(in.length(), in.real(), in.length());
       });
       break;
     case 41: fuzz::mayRunOutOfMemory([&] {

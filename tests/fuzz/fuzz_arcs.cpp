@@ -1,5 +1,5 @@
-// Circular arcs under hostile input: every setter, the arc's own queries, and the generic curve
-// interface against another arc and a segment.
+// Circular arcs under hostile input: every setter, the arc's own queries, the generic curve
+// interface against another arc and a segment, and the curve-curve intersection of them.
 #include "tests/fuzz/FuzzCurve.h"
 
 KRGEL_FUZZ_SANITIZER_OPTIONS
@@ -11,6 +11,7 @@ using fuzz::keep;
 struct State {
   KrGeCircArc3d arc[2];
   KrGeLineSeg3d segment;
+  KrGeCurveCurveInt3d intersection;  // after the curves: destroyed first
 };
 
 void step(fuzz::Input& in, State& s) {
@@ -19,7 +20,7 @@ void step(fuzz::Input& in, State& s) {
   const KrGeTol tol = in.tol();
   KrGePoint3d p, q;
   int count = 0;
-  switch (in.below(12)) {
+  switch (in.below(14)) {
     case 0: arc.set(in.point(), in.vector(), in.real()); break;
     case 1: {
       const KrGePoint3d center = in.point();
@@ -53,6 +54,29 @@ void step(fuzz::Input& in, State& s) {
       break;
     }
     case 10: fuzz::curveStep(in, arc, s.segment); break;
+    case 11: {
+      const KrGeInterval range1 = in.interval(), range2 = in.interval();
+      const KrGeVector3d normal = in.vector();
+      if (in.flag())
+        s.intersection.set(arc, in.flag() ? static_cast<const KrGeCurve3d&>(other) : s.segment, normal, in.tol());
+      else
+        s.intersection.set(s.segment, arc, range1, range2, normal, in.tol());
+      break;
+    }
+    case 12: {
+      const int index = in.integer();
+      double param1 = 0, param2 = 0;
+      KrGe::KrGeXConfig first, second;
+      KrGeInterval range1, range2;
+      KrGePointOnCurve3d onCurve;
+      keep(s.intersection.intPoint(index)), s.intersection.getIntParams(index, param1, param2);
+      s.intersection.getIntConfigs(index, first, second), s.intersection.getPointOnCurve2(index, onCurve);
+      s.intersection.getOverlapRanges(in.integer(), range1, range2);
+      keep(s.intersection.numIntPoints() + s.intersection.overlapCount() + s.intersection.isTangential(index) +
+           s.intersection.intPointTol(index) + param1 + param2);
+      s.intersection.orderWrt1().changeCurveOrder();
+      break;
+    }
     default: fuzz::curveStep(in, arc, other);
   }
 }

@@ -38,6 +38,8 @@ public:
     const double magnitude = std::pow(10.0, uniform(lowExponent, highExponent));
     return uniform(0, 1) < 0.5 ? -magnitude : magnitude;
   }
+  // 10^u, u uniform in [lowExponent, highExponent].
+  double magnitude(double lowExponent, double highExponent) { return std::pow(10.0, uniform(lowExponent, highExponent)); }
   KrGeVector3d unitVector() {
     for (;;) {
       const KrGeVector3d v(uniform(-1, 1), uniform(-1, 1), uniform(-1, 1));
@@ -47,6 +49,11 @@ public:
   }
   KrGeVector3d vector(double lowExponent, double highExponent) {
     return unitVector() * std::fabs(logUniform(lowExponent, highExponent));
+  }
+  // A unit vector at `angle` radians from the unit vector u.
+  KrGeVector3d tilted(const KrGeVector3d& u, double angle) {
+    const KrGeVector3d side = u.crossProduct(unitVector());
+    return u * std::cos(angle) + side * (std::sin(angle) / side.length());
   }
   KrGePoint3d point(double range) {
     const double x = uniform(-range, range), y = uniform(-range, range);

@@ -129,6 +129,9 @@ void arcs(int round, Checksum& sum) {
   KrGePoint3d first, second;
   sum.add(arc.intersectWith(KrGeLineSeg3d(KrGePoint3d(-5, 0.5, 1), KrGePoint3d(9, 0.5, 1)), count, first, second));
   sum.add(first), sum.add(count);
+  const KrGeLine3d across(KrGePoint3d(0, 0.5, 1), KrGeVector3d(1, 0, 0));
+  const KrGeCurveCurveInt3d crossing(arc, across);
+  sum.add(crossing.numIntPoints()), sum.add(crossing.intPoint(0)), sum.add(crossing.intPoint(-1));  // bad index
   arc.rotateBy(0.3, KrGeVector3d(1, 1, 0), KrGePoint3d(0, round, 0));
   sum.add(arc.startPoint()), sum.add(arc.normal());
 }
@@ -143,7 +146,7 @@ const Workload kWorkloads[] = {{"algebra", algebra},
                                {"linear", linear},
                                {"planar", planar},
                                {"blocks and points", blocksAndPoints},
-                               {"arcs", arcs}};
+                               {"arcs and intersections", arcs}};
 
 std::vector<std::uint64_t> runAll() {
   std::vector<std::uint64_t> sums;
