@@ -195,7 +195,6 @@ TEST(KrsArray, SwitchesMoveOrFillTheBlockAsTheSettingsSay) {
       {"[lw]\nJumpArrOnRemove=1\n", "remove 40", "removals=39 moves=39 last=39"},
       {"[lw]\n", "remove 40", "removals=39 moves=0 last=39"},
       {"[lw]\nDefecateMem=1\n", "defecate", "shrink=1 remove=1 fresh=1 grown=1"},
-      {"[lw]\nDefecateMem=0\n", "defecate", "shrink=0 remove=0 fresh=0 grown=0"},
   };
   for (const auto& row : rows) {
     probe::Session session({row.settings, true, false});

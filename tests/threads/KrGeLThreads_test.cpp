@@ -1,11 +1,7 @@
 // Distinct objects of every kind used from several threads at once, under the real monitor with
-// assertions on. Each workload builds its own objects, drives operations that report (check
-// sites, warnings, self-check notices) and folds its results into a checksum. Every thread must
-// get the checksum of a single-threaded run, every once-only report must arrive exactly once
-// however many threads failed its check together, and every warning once per call, from the
-// thread that made it. Under the ThreadSanitizer preset the same run proves the absence of races.
-//
-// A new entity kind adds one workload to kWorkloads.
+// assertions on: every thread gets the checksum of a single-threaded run, every once-only report
+// arrives exactly once however many threads failed its check together, every warning once per
+// call from the thread that made it; under ThreadSanitizer, no race. A new kind adds a workload.
 #include <atomic>
 #include <climits>
 #include <cstring>
