@@ -51,6 +51,7 @@ TEST(KrGeCurveCurveInt3d, Indexes_FourIsAcceptedReversedOrderReadsFromTheEnd) {
   crossing.changeCurveOrder();
   EXPECT_TRUE(within(crossing.intPoint(0), kX, 1e-15));
   EXPECT_EQ(crossing.intPoint(1), KrGePoint3d::kOrigin);
+  EXPECT_EQ(crossing.intPoint(INT_MIN), KrGePoint3d::kOrigin);  // found by fuzzing: no slot, no overflow
   crossing.getPointOnCurve2(0, onCurve);
   EXPECT_EQ(onCurve.curve(), &kAlongY);
   EXPECT_DOUBLE_EQ(onCurve.parameter(), 3.0 / 8.0);
