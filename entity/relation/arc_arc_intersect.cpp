@@ -19,8 +19,8 @@ struct Collector {
   // the planes and tol within them), whose midpoint is then still within tol of both.
   void add(const KrGePoint3d& on1, const KrGePoint3d& on2, double angle1, double angle2, double reach) {
     if (!((on1 - on2).lengthSqrd() <= reach * reach)) return;
-    const double param1 = krArcParamWithin(circle1, angle1, tol / circle1.radius);
-    const double param2 = krArcParamWithin(circle2, angle2, tol / circle2.radius);
+    const double param1 = krArcParamWithin(circle1, angle1, tol);
+    const double param2 = krArcParamWithin(circle2, angle2, tol);
     if (!(param1 == param1) || !(param2 == param2)) return;
     const KrGePoint3d point = on1 + (on2 - on1) * 0.5;
     for (int i = 0; i < result.count; ++i)
@@ -78,14 +78,15 @@ void coplanar(const KrCircle& c1, const KrCircle& c2, Collector& collect) {
     if (std::fabs(r1 - r2) <= tol) coincident(c1, c2, collect);
     return;
   }
-  const KrGeVector3d along = w / distance;
+  const double inverse = 1.0 / distance;
+  const KrGeVector3d along = w * inverse;
   if (std::fabs(distance - (r1 + r2)) <= tol) {
     collect.add(c1.center + along * r1, c2.center - along * r2, c1.angleOf(along), c2.angleOf(-along), 2.0 * tol);
   } else if (std::fabs(distance - std::fabs(r1 - r2)) <= tol) {
     const KrGeVector3d side = r1 >= r2 ? along : -along;
     collect.add(c1.center + side * r1, c2.center + side * r2, c1.angleOf(side), c2.angleOf(side), 2.0 * tol);
   } else if (distance < r1 + r2 && distance > std::fabs(r1 - r2)) {
-    const double a = 0.5 * (distance + (r1 - r2) * (r1 + r2) / distance);
+    const double a = 0.5 * (distance + (r1 - r2) * (r1 + r2) * inverse);
     const KrGeVector3d across = c1.n.crossProduct(along) * std::sqrt(std::max(0.0, (r1 - a) * (r1 + a)));
     for (const double sign : {-1.0, 1.0}) {
       const KrGeVector3d from1 = along * a + across * sign;

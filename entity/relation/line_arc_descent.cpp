@@ -53,8 +53,9 @@ double krArcLineDescentTolerance(const KrCircle& circle, const KrGePoint3d& line
   const double dd = lineDirection.lengthSqrd();
   const double x = toLine.dotProduct(circle.u), y = toLine.dotProduct(circle.v);
   const double reach2 = toLine.lengthSqrd();
-  const double rounding = kEpsilon * (std::sqrt(reach2 / (x * x + y * y)) + std::sqrt(reach2 / dd));
-  const double size = krMagnitude(circle.center, circle.radius) + std::sqrt(reach2);
+  // sqrt(p) + sqrt(q) <= sqrt(2 (p + q)): one root for both rounding terms.
+  const double rounding = kEpsilon * std::sqrt(2.0 * reach2 * (1.0 / (x * x + y * y) + 1.0 / dd));
+  const double size = krMagnitude(circle.center, circle.radius) + krMagnitude(KrGePoint3d() + toLine);
   const double noise = kEpsilon * size * (2.0 * std::sqrt(r.lengthSqrd()) + kEpsilon * size);
   const double valley = krValleyResolution(circle.radius * circle.radius - r.dotProduct(radial),
                                            -tangent.dotProduct(lineDirection), dd, noise);

@@ -26,7 +26,8 @@ inline double krNorm(double x, double y) {
 inline KrTurn krTurnTowards(double x, double y) {
   const double r = krNorm(x, y);
   if (!(r > 0.0)) return KrTurn{};
-  return KrTurn{std::atan2(y, x), x / r, y / r};
+  const double inverse = 1.0 / r;
+  return KrTurn{std::atan2(y, x), x * inverse, y * inverse};
 }
 
 // An arc with a radius that is never negative: a stored negative radius r describes the same
@@ -77,9 +78,9 @@ inline bool krOnArc(const KrCircle& circle, double angle) {
 }
 // The angle from `angle` to the nearer end of the arc, 0 on the arc.
 double krAngleOutsideArc(const KrCircle& circle, double angle);
-// The parameter of the arc within `slack` radians of `angle`: its own parameter on the arc, the
-// nearer end within the slack, NaN beyond it.
-double krArcParamWithin(const KrCircle& circle, double angle, double slack);
+// The parameter of the arc within model distance `tol` of the point at `angle` (tol / radius
+// radians): its own parameter on the arc, the nearer end within the slack, NaN beyond it.
+double krArcParamWithin(const KrCircle& circle, double angle, double tol);
 
 // The parameter (in [start, start + sweep]) of the point of the arc nearest to `point`: the
 // radial direction of its projection when that lies on the arc, otherwise the nearer end (in

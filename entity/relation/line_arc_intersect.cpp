@@ -28,7 +28,7 @@ struct Collector {
       if (!(beyond <= tol * tol)) return;
       t = bound;
     }
-    const double param = krArcParamWithin(circle, angle, tol / circle.radius);
+    const double param = krArcParamWithin(circle, angle, tol);
     if (!(param == param)) return;
     const KrGePoint3d point = onLine + (onArc - onLine) * 0.5;
     for (int i = 0; i < result.count; ++i)
