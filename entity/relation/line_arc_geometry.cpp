@@ -39,7 +39,6 @@ bool krIsFinite(const KrLinearSpan& span) {
          span.upper == span.upper && span.lower <= span.upper;
 }
 
-
 double krArcOffset(const KrCircle& circle, double angle) {
   double offset = angle - circle.start;
   if (offset >= 0.0 && offset < kKrRelTwoPi) return offset;
@@ -50,12 +49,6 @@ double krArcOffset(const KrCircle& circle, double angle) {
   offset -= kKrRelTwoPi * std::floor(offset / kKrRelTwoPi);
   // The reduction can round up to 2 pi itself, which is the start again.
   return offset >= kKrRelTwoPi || offset < 0.0 ? 0.0 : offset;
-}
-
-double krAngleOutsideArc(const KrCircle& circle, double angle) {
-  const double offset = krArcOffset(circle, angle);
-  if (circle.full || offset <= circle.sweep) return 0.0;
-  return std::min(offset - circle.sweep, kKrRelTwoPi - offset);
 }
 
 double krArcParamWithin(const KrCircle& circle, double angle, double tol) {
