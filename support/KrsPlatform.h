@@ -48,4 +48,13 @@ SendResult sendToMonitor(MonitorLink& link, const void* data, std::size_t size, 
 // Monotonic milliseconds from a clock cheap enough to read on every report (no system call).
 unsigned long long coarseMillis();
 
+// Narrow text in the platform's narrow encoding (UTF-8 on POSIX, where a byte that does not
+// decode stands for itself; the ANSI code page on Windows) to wide text: at most capacity - 1
+// characters and a terminator, surrogate pairs where wchar_t has 16 bits. Null reads as "".
+void widenNarrowText(const char* text, wchar_t* out, std::size_t capacity);
+
+// True when all `bytes` bytes from `block` can be read (committed, readable and not a guard
+// page where the platform can tell; elsewhere only a null block of nonzero size fails).
+bool isReadable(const void* block, std::size_t bytes);
+
 }  // namespace KrsPlatform
