@@ -7,6 +7,9 @@
 
 namespace KrsPlatform {
 
+// The monitor link and sending, libraryPath, executablePath and openRegularFile serve the POSIX
+// monitor channel and settings reader; Windows has its own (support/platform/*Win32.cpp).
+
 // A connection to the debug monitor (the "window" of class "_indebmon"). On POSIX the monitor
 // is a Unix-domain datagram socket and the link is a datagram socket connected to it; the
 // connection, not the path, is what later sends go to, so a path that is replaced after the
