@@ -11,3 +11,5 @@ target_link_libraries(KrGeL PRIVATE user32)
 if(MINGW)
   target_link_options(KrGeL PRIVATE -Wl,--no-undefined)
 endif()
+# windows.h must not define min and max: the library and the tools use the standard ones.
+add_compile_definitions(NOMINMAX)

@@ -5,7 +5,7 @@ add_library(krgel_testkit STATIC
   testkit/win32/MonitorCaptureWin32.cpp
   testkit/win32/ProcessWin32.cpp)
 target_include_directories(krgel_testkit PUBLIC ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR})
-target_link_libraries(krgel_testkit PUBLIC KrGeL GTest::gtest krgemon_window)
+target_link_libraries(krgel_testkit PUBLIC KrGeL GTest::gtest krgemon_window shell32)
 
 # Each test program is one test. Every one owns a window of class "_indebmon" while it runs, and
 # the library of any process reports to the first window of that class it finds, so no two of
