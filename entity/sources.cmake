@@ -11,6 +11,21 @@ list(APPEND KRGEL_SOURCES
   entity/linear/KrGeLinearEnt3d.cpp
   entity/linear/KrGeLine3d.cpp
   entity/linear/KrGeLineSeg3d.cpp
+  entity/arc/arc_angles.cpp
+  entity/arc/arc_closest.cpp
+  entity/arc/arc_extent.cpp
+  entity/arc/arc_plane.cpp
+  entity/arc/arc_sampler.cpp
+  entity/arc/KrCircArc3dImpl.cpp
+  entity/arc/KrCircArc3dImpl_bound.cpp
+  entity/arc/KrCircArc3dImpl_construct.cpp
+  entity/arc/KrCircArc3dImpl_plane.cpp
+  entity/arc/KrCircArc3dImpl_query.cpp
+  entity/arc/KrCircArc3dImpl_relations.cpp
+  entity/arc/KrCircArc3dImpl_stubs.cpp
+  entity/arc/KrGeCircArc3d.cpp
+  entity/relation/KrCurveRelation.cpp
+  entity/relation/line_line.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp

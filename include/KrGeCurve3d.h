@@ -1,5 +1,5 @@
 // Public base of every 3D curve: an abstract facade over a curve implementation. It adds no data;
-// each operation forwards to the curve implementation slot noted beside it.
+// each operation forwards to the implementation of the concrete curve.
 #pragma once
 
 #include "KrGeBoundBlock3d.h"
@@ -18,106 +18,107 @@ class KRGEL_API KrGeCurve3d : public KrGeEntity3d {
 public:
   using KrGeEntity3d::operator=;
 
-  // Slot 13: distanceTo(point, tol) <= tol.equalPoint().
+  // DistanceTo(point, tol) <= tol.equalPoint().
   bool isOn(const KrGePoint3d& point, const KrGeTol& tol = KrGeContext::gTol) const override;
-  // Slot 14: the range and the points at its bounds; a point whose bound is missing is left as
+  // The range and the points at its bounds; a point whose bound is missing is left as
   // it was.
   virtual void getInterval(KrGeInterval& range, KrGePoint3d& startPoint, KrGePoint3d& endPoint) const;
-  // Slot 15: the parameter range.
+  // The parameter range.
   virtual void getInterval(KrGeInterval& range) const;
-  // Slot 16: reverses the direction of parametrisation (each kind states what happens to its
+  // Reverses the direction of parametrisation (each kind states what happens to its
   // range).
   virtual KrGeCurve3d& reverseParam();
-  // Slot 17: restricts or extends the range; false when the kind refuses it (nothing changes).
+  // Restricts or extends the range; false when the kind refuses it (nothing changes).
   virtual bool setInterval(const KrGeInterval& range);
-  // Slot 18: the curve's natural range.
+  // The curve's natural range.
   virtual KrGeCurve3d& setInterval();
-  // Slot 19: |p - q| of the closest pair with curve2.
+  // |p - q| of the closest pair with curve2.
   virtual double distanceTo(const KrGeCurve3d& curve2, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 20: distance from the point to closestPointTo(point).
+  // Distance from the point to closestPointTo(point).
   virtual double distanceTo(const KrGePoint3d& point, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 21: the closest pair between the two curves; answers the point on this curve and
+  // The closest pair between the two curves; answers the point on this curve and
   // writes the one on curve2.
   virtual KrGePoint3d closestPointTo(const KrGeCurve3d& curve2, KrGePoint3d& pntOnOtherCrv,
                                      const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 22: the point of this curve nearest to `point`.
+  // The point of this curve nearest to `point`.
   virtual KrGePoint3d closestPointTo(const KrGePoint3d& point, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 23: as slot 21, as points on curves; both parameters are found with tol.
+  // The closest pair with curve2 as points on curves; both parameters are found with tol.
   virtual void getClosestPointTo(const KrGeCurve3d& curve2, KrGePointOnCurve3d& pntOnThisCrv,
                                  KrGePointOnCurve3d& pntOnOtherCrv,
                                  const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 24: as slot 22, as a point on this curve. The parameter is found with
+  // The closest point as a point on this curve. The parameter is found with
   // KrGeContext::gTol whatever tol is (deliberate).
   virtual void getClosestPointTo(const KrGePoint3d& point, KrGePointOnCurve3d& pntOnCrv,
                                  const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 25: the closest pair as seen along projectDirection (distances measured in the plane
+  // The closest pair as seen along projectDirection (distances measured in the plane
   // perpendicular to it); answers the point on this curve, writes the one on curve2.
   virtual KrGePoint3d projClosestPointTo(const KrGeCurve3d& curve2, const KrGeVector3d& projectDirection,
                                          KrGePoint3d& pntOnOtherCrv,
                                          const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 26: the point of this curve that looks nearest to `point` along projectDirection.
+  // The point of this curve that looks nearest to `point` along projectDirection.
   virtual KrGePoint3d projClosestPointTo(const KrGePoint3d& point, const KrGeVector3d& projectDirection,
                                          const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slots 27, 28: as 25 and 26, as points on curves; parameters found with KrGeContext::gTol.
+  // The projected closest pair (point) as points on curves; parameters found with
+  // KrGeContext::gTol.
   virtual void getProjClosestPointTo(const KrGeCurve3d& curve2, const KrGeVector3d& projectDirection,
                                      KrGePointOnCurve3d& pntOnThisCrv, KrGePointOnCurve3d& pntOnOtherCrv,
                                      const KrGeTol& tol = KrGeContext::gTol) const;
   virtual void getProjClosestPointTo(const KrGePoint3d& point, const KrGeVector3d& projectDirection,
                                      KrGePointOnCurve3d& pntOnCrv,
                                      const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 29: the foot of the perpendicular from the point, as a point on this curve.
+  // The foot of the perpendicular from the point, as a point on this curve.
   virtual bool getNormalPoint(const KrGePoint3d& point, KrGePointOnCurve3d& pntOnCrv,
                               const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 30: parallel projection onto the plane along projectDirection: a new entity (a curve,
+  // Parallel projection onto the plane along projectDirection: a new entity (a curve,
   // or a point entity when the curve collapses), null when no projection exists. Caller owns it.
   virtual KrGeEntity3d* project(const KrGePlane& projectionPlane, const KrGeVector3d& projectDirection,
                                 const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 31: project(plane, plane.normal(), tol).
+  // Project(plane, plane.normal(), tol).
   virtual KrGeEntity3d* orthoProject(const KrGePlane& projectionPlane,
                                      const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 32: isOn(evalPoint(param), tol).
+  // IsOn(evalPoint(param), tol).
   virtual bool isOn(double param, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 33: isOn(point, tol); when on, param = paramOf(point, KrGeContext::gTol), else 0.
+  // IsOn(point, tol); when on, param = paramOf(point, KrGeContext::gTol), else 0.
   virtual bool isOn(const KrGePoint3d& point, double& param, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 34: the parameter of a point of the curve.
+  // The parameter of a point of the curve.
   virtual double paramOf(const KrGePoint3d& point, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 35: the curve offset by `distance` in the plane with normal planeNormal; new curves
+  // The curve offset by `distance` in the plane with normal planeNormal; new curves
   // are appended to offsetCurveList (caller owns them).
   virtual void getTrimmedOffset(double distance, const KrGeVector3d& planeNormal,
                                 KrsArray<void*>& offsetCurveList,
                                 KrGe::OffsetCrvExtType extensionType = KrGe::kFillet,
                                 const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 36: start and end coincide.
+  // Start and end coincide.
   virtual bool isClosed(const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 37: the curve lies in a plane, written to `plane`.
+  // The curve lies in a plane, written to `plane`.
   virtual bool isPlanar(KrGePlane& plane, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 38: the curve lies on a line, written to `line`.
+  // The curve lies on a line, written to `line`.
   virtual bool isLinear(KrGeLine3d& line, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 39: both curves lie in one plane, written to `plane`.
+  // Both curves lie in one plane, written to `plane`.
   virtual bool isCoplanarWith(const KrGeCurve3d& curve2, KrGePlane& plane,
                               const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 40: periodic, with its period.
+  // Periodic, with its period.
   virtual bool isPeriodic(double& period) const;
-  // Slot 41: arc length between two parameters (tol: the accuracy asked of numerical kinds).
+  // Arc length between two parameters (tol: the accuracy asked of numerical kinds).
   virtual double length(double fromParam, double toParam, double tol = KrGeContext::gTol.equalPoint()) const;
-  // Slot 42: the parameter at arc length `length` from datumParam, forwards or backwards.
+  // The parameter at arc length `length` from datumParam, forwards or backwards.
   virtual double paramAtLength(double datumParam, double length, bool posParamDir = true,
                                double tol = KrGeContext::gTol.equalPoint()) const;
-  // Slot 43: area between the curve and its chord over [startParam, endParam].
+  // Area between the curve and its chord over [startParam, endParam].
   virtual bool area(double startParam, double endParam, double& value,
                     const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slots 44, 45: the curve collapses within tol; slot 44 also makes a new entity of the
+  // The curve collapses within tol; the first form also makes a new entity of the
   // collapsed kind (caller owns it; null when not degenerate).
   virtual bool isDegenerate(KrGeEntity3d*& degenerateEntity, const KrGeTol& tol = KrGeContext::gTol) const;
   virtual bool isDegenerate(KrGe::EntityId& degenerateType, const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slot 46: two new curves split at `param` (caller owns them; a missing piece is null).
+  // Two new curves split at `param` (caller owns them; a missing piece is null).
   virtual void getSplitCurves(double param, KrGeCurve3d*& piece1, KrGeCurve3d*& piece2) const;
-  // Slot 47: the elementary pieces of the curve (restricted to intrvl when given). Entries
+  // The elementary pieces of the curve (restricted to intrvl when given). Entries
   // flagged 1 in newExplodedCurve are new curves the caller owns; entries flagged 0 point at
   // existing curves (possibly this one).
   virtual bool explode(KrsArray<void*>& explodedCurves, KrsArray<int>& newExplodedCurve,
                        const KrGeInterval* intrvl = nullptr) const;
-  // Slots 48, 49: the closest pair (point) near given approximations, searching within the
+  // The closest pair (point) near given approximations, searching within the
   // parameter neighbourhoods when given; results are written to the points on curves.
   virtual void getLocalClosestPoints(const KrGeCurve3d& curve2, KrGePointOnCurve3d& approxPnt1,
                                      KrGePointOnCurve3d& approxPnt2, const KrGeInterval* nbhd1 = nullptr,
@@ -126,23 +127,23 @@ public:
   virtual void getLocalClosestPoints(const KrGePoint3d& point, KrGePointOnCurve3d& approxPnt,
                                      const KrGeInterval* nbhd = nullptr,
                                      const KrGeTol& tol = KrGeContext::gTol) const;
-  // Slots 50, 51: the range is bounded below (above); the point at that bound. An open side
+  // The range is bounded below (above); the point at that bound. An open side
   // answers false and leaves the point as it was.
   virtual bool hasStartPoint(KrGePoint3d& startPoint) const;
   virtual bool hasEndPoint(KrGePoint3d& endPoint) const;
-  // Slot 52: the point at param and, in derivArray (resized to numDeriv), its first numDeriv
+  // The point at param and, in derivArray (resized to numDeriv), its first numDeriv
   // derivatives with respect to the parameter.
   virtual KrGePoint3d evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const;
-  // Slot 53: the point at param.
+  // The point at param.
   virtual KrGePoint3d evalPoint(double param) const;
-  // Slot 54: numSample points spread evenly over the range.
+  // NumSample points spread evenly over the range.
   virtual void getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const;
-  // Slot 55: points and parameters over [fromParam, toParam] whose chords deviate from the
+  // Points and parameters over [fromParam, toParam] whose chords deviate from the
   // curve by at most approxEps.
   virtual void getSamplePoints(double fromParam, double toParam, double approxEps,
                                KrsArray<KrGePoint3d>& pointArray, KrsArray<double>& paramArray) const;
-  // Slot 56: copies nothing, deliberately: assigning curves through KrGeCurve3d references
-  // leaves the target unchanged. Assign through KrGeEntity3d& (slot 4) or the concrete class.
+  // Copies nothing, deliberately: assigning curves through KrGeCurve3d references
+  // leaves the target unchanged. Assign through KrGeEntity3d& or the concrete class.
   virtual KrGeCurve3d& operator=(const KrGeCurve3d& curve);
 
   // Bounding blocks of the whole curve or of a parameter range: boundBlock follows the curve

@@ -20,6 +20,7 @@
 #include "KrGeLinearEnt3d.h"
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
+#include "KrGeCircArc3d.h"
 #include "KrGeBoundBlock3d.h"
 #include "KrGePlanarEnt.h"
 #include "KrGePlane.h"

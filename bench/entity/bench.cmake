@@ -1,4 +1,5 @@
 list(APPEND KRGEL_BENCH_SOURCES
+  entity/arc_bench.cpp
   entity/linear_bench.cpp
   entity/plane_bench.cpp
 )

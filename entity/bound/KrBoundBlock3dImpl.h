@@ -5,19 +5,21 @@
 #pragma once
 
 #include "entity/bound/KrBlock3d.h"
-#include "entity/core/KrEnt3dImpl.h"
+#include "entity/core/KrEntityKind.h"
 
-class KrBoundBlock3dImpl final : public KrEnt3dImpl {
+class KrBoundBlock3dImpl final : public KrEntityKind<KrBoundBlock3dImpl, KrEnt3dImpl> {
 public:
+  static constexpr KrGe::EntityId kKinship[] = {KrGe::kEntity3d};
+  static constexpr const char* kReportSource = "KrBoundBlock3dImpl";
+  static constexpr int kAssignLine = 14;
   KrBoundBlock3dImpl() = default;
   explicit KrBoundBlock3dImpl(const KrBlock3d& block) : m_block(block) {}
-  KrBoundBlock3dImpl(const KrBoundBlock3dImpl& source) : KrEnt3dImpl(source), m_block(source.m_block) {}
+  KrBoundBlock3dImpl(const KrBoundBlock3dImpl& source) = default;
 
-  bool isKindOf(KrGe::EntityId entType) const override;
   KrGe::EntityId type() const override { return KrGe::kBoundBlock3d; }
   KrGeEntity3d* copy() const override;
-  KrEnt3dImpl& operator=(const KrEnt3dImpl& entImpl) override;
-  bool isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const override;
+  void assignData(const KrBoundBlock3dImpl& source) { m_block = source.m_block; }
+  bool equalData(const KrBoundBlock3dImpl& other, const KrGeTol& tol) const { return m_block.isEqualTo(other.m_block, tol); }
   KrEnt3dImpl& transformBy(const KrGeMatrix3d& matrix) override;
   // The point lies in the solid within tol.equalPoint().
   bool isOn(const KrGePoint3d& point, const KrGeTol& tol) const override;

@@ -4,29 +4,25 @@
 //
 // Adding a new entity kind takes one implementation class and one facade, nothing else:
 //
-//   // entity/thing/KrThingImpl.h (internal, hidden)
-//   class KrThingImpl final : public KrEnt3dImpl {      // or KrGeCurve3dImpl for a curve
+//   // entity/thing/KrThingImpl.h (internal, hidden): the kinship list, the assignment with its
+//   // type check and the equality preamble come from KrEntityKind (entity/core/KrEntityKind.h)
+//   class KrThingImpl final : public KrEntityKind<KrThingImpl, KrGeCurve3dImpl> {
 //   public:
-//     bool isKindOf(KrGe::EntityId id) const override;   // the fixed kinship list of the kind
+//     static constexpr KrGe::EntityId kKinship[] = {KrGe::kCurve3d, KrGe::kEntity3d};
+//     static constexpr const char* kReportSource = "KrThingImpl";
+//     static constexpr int kAssignLine = 120;
 //     KrGe::EntityId type() const override;
 //     KrGeEntity3d* copy() const override {              // new facade, then slot-4 assignment
 //       return copyInto(new KrGeThing(), *this);
 //     }
-//     KrEnt3dImpl& operator=(const KrEnt3dImpl& entImpl) override;  // the pattern below
-//     bool isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const override;
+//     void assignData(const KrThingImpl& source);         // copies the kind's fields
+//     bool equalData(const KrThingImpl& other, const KrGeTol& tol) const;
 //     KrEnt3dImpl& transformBy(const KrGeMatrix3d& matrix) override;
 //     bool isOn(const KrGePoint3d& point, const KrGeTol& tol) const override;
 //     ... the kind's own operations, appended after the inherited slots ...
 //   };
-//   KrEnt3dImpl& KrThingImpl::operator=(const KrEnt3dImpl& entImpl) {
-//     if (&entImpl == this) return *this;
-//     KRS_FAIL_IF_AT(type() != entImpl.type(), "KrThingImpl", __LINE__);
-//     if (type() != entImpl.type()) return *this;
-//     KrEnt3dImpl::operator=(entImpl);                    // copies nothing (the registry stays)
-//     const auto& src = static_cast<const KrThingImpl&>(entImpl);
-//     m_data = src.m_data; ...
-//     return *this;
-//   }
+//
+//   // Operations between this kind and other curve kinds go to entity/relation/.
 //
 //   // include/KrGeThing.h (public): members are the vtable and m_pImpl only
 //   class KRGEL_API KrGeThing : public KrGeEntity3d {

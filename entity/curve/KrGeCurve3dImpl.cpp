@@ -103,9 +103,9 @@ bool KrGeCurve3dImpl::hasEndPoint(KrGePoint3d& endPoint) const {
   return true;
 }
 
-KrsArray<KrGeVector3d>& KrGeCurve3dImpl::sharedDerivatives() {
-  static KrsArray<KrGeVector3d> derivatives;
-  return derivatives;
+// Each call has its own empty derivative array: an empty KrsArray holds no block, so this costs
+// no allocation, and curves used on different threads share nothing.
+KrGePoint3d KrGeCurve3dImpl::evalPoint(double param) const {
+  KrsArray<KrGeVector3d> derivatives;
+  return evalPoint(param, 0, derivatives);
 }
-
-KrGePoint3d KrGeCurve3dImpl::evalPoint(double param) const { return evalPoint(param, 0, sharedDerivatives()); }

@@ -93,7 +93,7 @@ public:
   // Slots 54, 55 (generic): the point at the lower (upper) bound when the range has one.
   virtual bool hasStartPoint(KrGePoint3d& startPoint) const;
   virtual bool hasEndPoint(KrGePoint3d& endPoint) const;
-  // Slot 56 (generic): evalPoint(param, 0, the shared empty derivative array).
+  // Slot 56 (generic): evalPoint(param, 0, an empty derivative array of its own).
   virtual KrGePoint3d evalPoint(double param) const;
   // Slots 57 to 59 (pure).
   virtual KrGePoint3d evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const = 0;
@@ -107,9 +107,6 @@ public:
                                         const KrGeTol& tol) {
     return krEndPointsClosestPoints(curve1, curve2, point1, point2, distance, tol);
   }
-
-  // The empty derivative array shared by every evalPoint(param) that does not override slot 56.
-  static KrsArray<KrGeVector3d>& sharedDerivatives();
 
   // The curve implementation behind a curve facade.
   static KrGeCurve3dImpl* curveImplOf(const KrGeCurve3d& curve) {

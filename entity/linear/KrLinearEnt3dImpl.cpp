@@ -25,34 +25,20 @@ KrLinearEnt3dImpl::KrLinearEnt3dImpl(const KrGePoint3d& pnt1, const KrGePoint3d&
   set(pnt1, pnt2, unbounded);
 }
 
-bool KrLinearEnt3dImpl::isKindOf(KrGe::EntityId entType) const {
-  return entType == type() || entType == KrGe::kLinearEnt3d || entType == KrGe::kCurve3d ||
-         entType == KrGe::kEntity3d;
-}
-
 KrGeEntity3d* KrLinearEnt3dImpl::copy() const {
   if (m_unbounded) return copyInto(new KrGeLine3d(), *this);
   return copyInto(new KrGeLineSeg3d(), *this);
 }
 
-KrEnt3dImpl& KrLinearEnt3dImpl::operator=(const KrEnt3dImpl& entImpl) {
-  if (&entImpl == this) return *this;
-  KRS_FAIL_IF_AT(type() != entImpl.type(), "KrLinearEnt3dImpl", 73);
-  if (type() != entImpl.type()) return *this;
-  KrEnt3dImpl::operator=(entImpl);
-  const auto& source = static_cast<const KrLinearEnt3dImpl&>(entImpl);
+void KrLinearEnt3dImpl::assignData(const KrLinearEnt3dImpl& source) {
   m_origin = source.m_origin;
   m_direction = source.m_direction;
   m_interval = source.m_interval;
   m_unbounded = source.m_unbounded;
   refreshBounds();
-  return *this;
 }
 
-bool KrLinearEnt3dImpl::isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const {
-  const KrEnt3dImpl* other = implOf(entity);
-  if (!other || entity.type() != type()) return false;
-  const auto& line = static_cast<const KrLinearEnt3dImpl&>(*other);
+bool KrLinearEnt3dImpl::equalData(const KrLinearEnt3dImpl& line, const KrGeTol& tol) const {
   return line.m_unbounded == m_unbounded && m_origin.isEqualTo(line.m_origin, tol) &&
          m_direction.isEqualTo(line.m_direction, tol) && m_interval.isEqualAtLower(line.m_interval) &&
          m_interval.isEqualAtUpper(line.m_interval);

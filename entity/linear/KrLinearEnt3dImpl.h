@@ -5,11 +5,15 @@
 
 #include "KrGeInterval.h"
 #include "KrGeLinearEnt3d.h"
+#include "entity/core/KrEntityKind.h"
 #include "entity/curve/KrGeCurve3dImpl.h"
 #include "entity/linear/linear_closest.h"
 
-class KrLinearEnt3dImpl final : public KrGeCurve3dImpl {
+class KrLinearEnt3dImpl final : public KrEntityKind<KrLinearEnt3dImpl, KrGeCurve3dImpl> {
 public:
+  static constexpr KrGe::EntityId kKinship[] = {KrGe::kLinearEnt3d, KrGe::kCurve3d, KrGe::kEntity3d};
+  static constexpr const char* kReportSource = "KrLinearEnt3dImpl";
+  static constexpr int kAssignLine = 73;
   // Origin kOrigin, direction kXAxis, the natural interval of the kind.
   explicit KrLinearEnt3dImpl(bool unbounded);
   KrLinearEnt3dImpl(const KrGePoint3d& pnt, const KrGeVector3d& vec, bool unbounded);
@@ -19,16 +23,12 @@ public:
   using KrGeCurve3dImpl::isOn;
   using KrGeCurve3dImpl::length;
 
-  // Slots 1 to 13.
-  bool isKindOf(KrGe::EntityId entType) const override;
+  // Identity, copy and data of the kind (the preamble is KrEntityKind's).
   KrGe::EntityId type() const override { return m_unbounded ? KrGe::kLine3d : KrGe::kLineSeg3d; }
   KrGeEntity3d* copy() const override;
-  KrEnt3dImpl& operator=(const KrEnt3dImpl& entImpl) override;
-  KrLinearEnt3dImpl& operator=(const KrLinearEnt3dImpl& source) {
-    static_cast<KrEnt3dImpl&>(*this) = source;
-    return *this;
-  }
-  bool isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const override;
+  void assignData(const KrLinearEnt3dImpl& source);
+  // Same flag, origins and directions equal within tol, intervals equal at both ends.
+  bool equalData(const KrLinearEnt3dImpl& other, const KrGeTol& tol) const;
   KrEnt3dImpl& transformBy(const KrGeMatrix3d& matrix) override;
 
   // Curve slots 15 to 59.
@@ -108,13 +108,6 @@ public:
                                  bool& success);
   virtual KrLinearEnt3dImpl& set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, double& param1,
                                  double& param2, bool& success);
-
-  // Closest points of two infinite lines through the origins along the directions: false when a
-  // direction is of zero length or the lines are parallel (isParallelTo with tol), or when the
-  // denominator |d1|^2 |d2|^2 - (d1 . d2)^2 of the normalised directions (the squared cross
-  // product, written out in components) is below 1e-100.
-  static bool closestPointsOfLines(const KrLinearEnt3dImpl& line1, const KrLinearEnt3dImpl& line2,
-                                   KrGePoint3d& point1, KrGePoint3d& point2, const KrGeTol& tol);
 
   // The linear implementation behind a linear facade.
   static const KrLinearEnt3dImpl& of(const KrGeLinearEnt3d& line) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "KrGeInterval.h"
 #include "KrGePoint3d.h"
 #include "KrGeVector3d.h"
 
@@ -110,6 +111,16 @@ inline void krClosestParams(const KrLinearSpan& a, const KrLinearSpan& b, double
   if (!(s == s)) s = krFallbackParam(a.lower, a.upper);
   if (!(t == t)) t = krFallbackParam(b.lower, b.upper);
 }
+
+// The span restricted to a parameter neighbourhood (null: the whole span); a neighbourhood that
+// misses the span's range is ignored.
+KrLinearSpan krRestrictedSpan(KrLinearSpan span, const KrGeInterval* nbhd);
+
+// The span as seen along `direction`: origin and direction with their components along it
+// removed, the origin taken relative to `base` so that large coordinates cancel first. Null when
+// nothing can be seen: a zero (gTol) or non-finite direction, or non-finite data of the span.
+const KrLinearSpan* krSeenAlong(const KrLinearSpan& span, const KrGePoint3d& base, const KrGeVector3d& direction,
+                                KrLinearSpan& seen);
 
 // Effective tolerance for deciding that two closest points coincide: tol.equalPoint() or, when
 // coordinates are so large that it is below their precision, 10^(k - 14) with k the number of

@@ -30,19 +30,9 @@ KrPlanarEntImpl::KrPlanarEntImpl(const KrGePoint3d& origin, const KrGeVector3d& 
 }
 KrPlanarEntImpl::KrPlanarEntImpl(double a, double b, double c, double d) { set(a, b, c, d); }
 
-bool KrPlanarEntImpl::isKindOf(KrGe::EntityId entType) const {
-  return entType == KrGe::kPlane || entType == KrGe::kSurface || entType == KrGe::kPlanarEnt ||
-         entType == KrGe::kEntity3d;
-}
-
 KrGeEntity3d* KrPlanarEntImpl::copy() const { return copyInto(new KrGePlane(), *this); }
 
-KrEnt3dImpl& KrPlanarEntImpl::operator=(const KrEnt3dImpl& entImpl) {
-  if (&entImpl == this) return *this;
-  KRS_FAIL_IF(type() != entImpl.type());
-  if (type() != entImpl.type()) return *this;
-  KrSurfaceImpl::operator=(entImpl);
-  const KrPlanarEntImpl& source = static_cast<const KrPlanarEntImpl&>(entImpl);
+void KrPlanarEntImpl::assignData(const KrPlanarEntImpl& source) {
   m_origin = source.m_origin;
   m_normal = source.m_normal;
   m_reversed = source.m_reversed;
@@ -50,13 +40,9 @@ KrEnt3dImpl& KrPlanarEntImpl::operator=(const KrEnt3dImpl& entImpl) {
   m_vAxis = source.m_vAxis;
   m_intervalU = source.m_intervalU;
   m_intervalV = source.m_intervalV;
-  return *this;
 }
 
-bool KrPlanarEntImpl::isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const {
-  const KrEnt3dImpl* otherImpl = implOf(entity);
-  if (otherImpl == nullptr || otherImpl->type() != type()) return false;
-  const KrPlanarEntImpl& other = *static_cast<const KrPlanarEntImpl*>(otherImpl);
+bool KrPlanarEntImpl::equalData(const KrPlanarEntImpl& other, const KrGeTol& tol) const {
   return m_reversed == other.m_reversed && m_origin.isEqualTo(other.m_origin, tol) &&
          m_normal.isEqualTo(other.m_normal, tol) && m_uAxis.isEqualTo(other.m_uAxis, tol) &&
          m_vAxis.isEqualTo(other.m_vAxis, tol) && m_intervalU.isEqualAtLower(other.m_intervalU) &&

@@ -8,10 +8,14 @@
 #include "KrGeLine3d.h"
 #include "KrGeLinearEnt3d.h"
 #include "KrGePlanarEnt.h"
+#include "entity/core/KrEntityKind.h"
 #include "entity/plane/KrSurfaceImpl.h"
 
-class KrPlanarEntImpl : public KrSurfaceImpl {
+class KrPlanarEntImpl : public KrEntityKind<KrPlanarEntImpl, KrSurfaceImpl> {
 public:
+  static constexpr KrGe::EntityId kKinship[] = {KrGe::kSurface, KrGe::kPlanarEnt, KrGe::kEntity3d};
+  static constexpr const char* kReportSource = "KrPlanarEntImpl";
+  static constexpr int kAssignLine = 42;
   // The XY plane through the origin: set(kOrigin, kZAxis).
   KrPlanarEntImpl();
   // Each constructor runs the matching set().
@@ -24,15 +28,11 @@ public:
   using KrSurfaceImpl::isOn;
 
   // Slots 1 to 13.
-  bool isKindOf(KrGe::EntityId entType) const override;
   KrGe::EntityId type() const override { return KrGe::kPlane; }
   KrGeEntity3d* copy() const override;
-  KrEnt3dImpl& operator=(const KrEnt3dImpl& entImpl) override;
-  KrPlanarEntImpl& operator=(const KrPlanarEntImpl& source) {
-    static_cast<KrEnt3dImpl&>(*this) = source;
-    return *this;
-  }
-  bool isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const override;
+  void assignData(const KrPlanarEntImpl& source);
+  // Same orientation flag, frame and envelope within tol.
+  bool equalData(const KrPlanarEntImpl& other, const KrGeTol& tol) const;
   KrEnt3dImpl& transformBy(const KrGeMatrix3d& matrix) override;
   // Within tol.equalPoint() of the plane and, for a bounded entity, inside its envelope.
   bool isOn(const KrGePoint3d& point, const KrGeTol& tol) const override;

@@ -3,27 +3,9 @@
 #include "KrGePointOnCurve3d.h"
 #include "KrsDiagnostics.h"
 
-bool KrPointOnCurve3dImpl::isKindOf(KrGe::EntityId entType) const {
-  return entType == KrGe::kPointOnCurve3d || entType == KrGe::kPointEnt3d || entType == KrGe::kEntity3d;
-}
-
 KrGeEntity3d* KrPointOnCurve3dImpl::copy() const { return copyInto(new KrGePointOnCurve3d(), *this); }
 
-KrEnt3dImpl& KrPointOnCurve3dImpl::operator=(const KrEnt3dImpl& entImpl) {
-  if (&entImpl == this) return *this;
-  KRS_FAIL_IF(type() != entImpl.type());
-  if (type() != entImpl.type()) return *this;
-  KrEnt3dImpl::operator=(entImpl);
-  const KrPointOnCurve3dImpl& source = static_cast<const KrPointOnCurve3dImpl&>(entImpl);
-  m_pCurve = source.m_pCurve;
-  m_param = source.m_param;
-  return *this;
-}
-
-bool KrPointOnCurve3dImpl::isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const {
-  const KrEnt3dImpl* other = implOf(entity);
-  if (other == nullptr || other->type() != type()) return false;
-  const KrPointOnCurve3dImpl& source = *static_cast<const KrPointOnCurve3dImpl*>(other);
+bool KrPointOnCurve3dImpl::equalData(const KrPointOnCurve3dImpl& source, const KrGeTol& tol) const {
   return m_pCurve == source.m_pCurve && (m_pCurve == nullptr || point3d().isEqualTo(source.point3d(), tol));
 }
 

@@ -3,20 +3,25 @@
 #pragma once
 
 #include "KrGeCurve3d.h"
-#include "entity/core/KrEnt3dImpl.h"
+#include "entity/core/KrEntityKind.h"
 
-class KrPointOnCurve3dImpl final : public KrEnt3dImpl {
+class KrPointOnCurve3dImpl final : public KrEntityKind<KrPointOnCurve3dImpl, KrEnt3dImpl> {
 public:
+  static constexpr KrGe::EntityId kKinship[] = {KrGe::kPointEnt3d, KrGe::kEntity3d};
+  static constexpr const char* kReportSource = "KrPointOnCurve3dImpl";
+  static constexpr int kAssignLine = 14;
   KrPointOnCurve3dImpl() = default;
   KrPointOnCurve3dImpl(const KrGeCurve3d* curve, double param) : m_pCurve(curve), m_param(param) {}
-  KrPointOnCurve3dImpl(const KrPointOnCurve3dImpl& source)
-      : KrEnt3dImpl(source), m_pCurve(source.m_pCurve), m_param(source.m_param) {}
+  KrPointOnCurve3dImpl(const KrPointOnCurve3dImpl& source) = default;
 
-  bool isKindOf(KrGe::EntityId entType) const override;
   KrGe::EntityId type() const override { return KrGe::kPointOnCurve3d; }
   KrGeEntity3d* copy() const override;
-  KrEnt3dImpl& operator=(const KrEnt3dImpl& entImpl) override;
-  bool isEqualTo(const KrGeEntity3d& entity, const KrGeTol& tol) const override;
+  void assignData(const KrPointOnCurve3dImpl& source) {
+    m_pCurve = source.m_pCurve;
+    m_param = source.m_param;
+  }
+  // The same curve object and, when there is one, the same point within tol.
+  bool equalData(const KrPointOnCurve3dImpl& other, const KrGeTol& tol) const;
   KrEnt3dImpl& transformBy(const KrGeMatrix3d& matrix) override;
   bool isOn(const KrGePoint3d& point, const KrGeTol& tol) const override { return point3d().isEqualTo(point, tol); }
 

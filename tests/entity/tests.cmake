@@ -10,6 +10,7 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/KrGePlane_test.cpp
   entity/KrGePlaneOps_test.cpp
   entity/KrGePointOnCurve3d_test.cpp
+  entity/KrGeCircArc3d_test.cpp
 )
 # This test reaches the library's hidden implementation root, whose type information stays
 # inside the library: the sanitizer's dynamic-type check cannot see it there.

@@ -1,0 +1,107 @@
+// The dispatcher of the pairwise curve solvers: one table keyed by both kinds.
+#include "entity/relation/KrCurveRelation.h"
+
+#include <utility>
+
+#include "KrsDiagnostics.h"
+#include "entity/curve/KrGeCurve3dImpl.h"
+#include "entity/relation/line_line.h"
+
+KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
+  switch (curve.type()) {
+    case KrGe::kLine3d:
+    case KrGe::kLineSeg3d:
+      return KrCurveKind::kLinear;
+    case KrGe::kCircArc3d:
+      return KrCurveKind::kCircArc;
+    default:
+      return KrCurveKind::kOther;
+  }
+}
+
+namespace {
+
+using namespace krrelation;
+
+// The solvers of each ordered pair of kinds. A pair that is only listed one way round is reached
+// the other way round by swapping; rows are listed for the first kind not after the second.
+struct Entry {
+  KrCurveKind first;
+  KrCurveKind second;
+  KrCurveRelationRow row;
+};
+
+constexpr Entry kTable[] = {
+    {KrCurveKind::kLinear, KrCurveKind::kLinear,
+     {closestLineLine, projClosestLineLine, localClosestLineLine, intersectLineLine}},
+};
+
+// The row of (first, second); `swapped` tells that it was found as (second, first).
+const KrCurveRelationRow* find(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, bool& swapped) {
+  const KrCurveKind a = krCurveKindOf(first);
+  const KrCurveKind b = krCurveKindOf(second);
+  for (const Entry& entry : kTable) {
+    if (entry.first == a && entry.second == b) {
+      swapped = false;
+      return &entry.row;
+    }
+  }
+  for (const Entry& entry : kTable) {
+    if (entry.first == b && entry.second == a) {
+      swapped = true;
+      return &entry.row;
+    }
+  }
+  return nullptr;
+}
+
+// The one report of a pair of kinds without a solver.
+bool unsupported() {
+  KRS_NOT_IMPLEMENTED();
+  return false;
+}
+
+}  // namespace
+
+namespace krrelation {
+
+bool closestPair(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, KrGePoint3d& onFirst,
+                 KrGePoint3d& onSecond, const KrGeTol& tol) {
+  bool swapped = false;
+  const KrCurveRelationRow* row = find(first, second, swapped);
+  if (!row || !row->closestPair) return unsupported();
+  return swapped ? row->closestPair(second, first, onSecond, onFirst, tol)
+                 : row->closestPair(first, second, onFirst, onSecond, tol);
+}
+
+bool projClosestPair(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, const KrGeVector3d& direction,
+                     KrGePoint3d& onFirst, KrGePoint3d& onSecond, const KrGeTol& tol) {
+  bool swapped = false;
+  const KrCurveRelationRow* row = find(first, second, swapped);
+  if (!row || !row->projClosestPair) return unsupported();
+  return swapped ? row->projClosestPair(second, first, direction, onSecond, onFirst, tol)
+                 : row->projClosestPair(first, second, direction, onFirst, onSecond, tol);
+}
+
+bool localClosestPair(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, const KrGeInterval* nbhdFirst,
+                      const KrGeInterval* nbhdSecond, double& paramFirst, double& paramSecond, const KrGeTol& tol) {
+  bool swapped = false;
+  const KrCurveRelationRow* row = find(first, second, swapped);
+  if (!row || !row->localClosestPair) return unsupported();
+  return swapped ? row->localClosestPair(second, first, nbhdSecond, nbhdFirst, paramSecond, paramFirst, tol)
+                 : row->localClosestPair(first, second, nbhdFirst, nbhdSecond, paramFirst, paramSecond, tol);
+}
+
+bool intersect(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, const KrGeTol& tol,
+               KrCurveIntersections& result) {
+  result = KrCurveIntersections();
+  bool swapped = false;
+  const KrCurveRelationRow* row = find(first, second, swapped);
+  if (!row || !row->intersect) return unsupported();
+  if (!swapped) return row->intersect(first, second, tol, result);
+  const bool ok = row->intersect(second, first, tol, result);
+  for (int i = 0; i < result.count; ++i) std::swap(result.params1[i], result.params2[i]);
+  return ok;
+}
+
+}  // namespace krrelation
