@@ -26,6 +26,9 @@ list(APPEND KRGEL_SOURCES
   entity/arc/KrGeCircArc3d.cpp
   entity/relation/KrCurveRelation.cpp
   entity/relation/line_line.cpp
+  entity/relation/tangent_curves.cpp
+  entity/relation/tangent_construction.cpp
+  entity/relation/tangent_circles.cpp
   entity/relation/line_arc_geometry.cpp
   entity/relation/line_arc_descent.cpp
   entity/relation/line_arc.cpp
@@ -46,4 +49,7 @@ list(APPEND KRGEL_SOURCES
   entity/point/KrPointOnCurve3dImpl.cpp
   entity/point/KrGePointEnt3d.cpp
   entity/point/KrGePointOnCurve3d.cpp
+  entity/intersect/intersection_configs.cpp
+  entity/intersect/KrCurveCurveInt3dImpl.cpp
+  entity/intersect/KrGeCurveCurveInt3d.cpp
 )

@@ -149,7 +149,8 @@ public:
   // The points where the arc meets the planar entity, in increasing parameter: the plane cuts the
   // arc's plane in a line met by the circle in closed form. Two crossings closer than
   // tol.equalPoint() and a circle passing within it are one touching point; when no crossing lies
-  // on the arc an end point within tol.equalPoint() of the plane is the answer. An arc lying
+  // on the arc, its end points within tol.equalPoint() of the plane are the answer, or else its
+  // point nearest the plane when that is within tol.equalPoint(). An arc lying
   // within tol.equalPoint() of the plane gives no points. A bounded entity sends "AUTOTEST not
   // passed for "bool KrCircArc3dImpl::intersectWith bounded plane"" once and keeps its own points.
   bool intersectWith(const KrGePlanarEnt& plane, int& numInt, KrGePoint3d& p1, KrGePoint3d& p2,
@@ -195,7 +196,8 @@ public:
   // The angle rule: startAng = startAngle; sweep = endAngle - startAngle snapped to 0 or 2 pi
   // within eps = KrGeContext::gTol.equalPoint() / radius (0 for a radius of 0), otherwise
   // reduced by fmod into (0, 2 pi), a remainder <= 0 kept when |startAngle - endAngle| <= 1e-10
-  // and raised by 2 pi otherwise: (0, 4 pi) is a full circle, (1, 0.5) sweeps 2 pi - 0.5.
+  // and raised by 2 pi otherwise: (0, 4 pi) is a full circle, (1, 0.5) sweeps 2 pi - 0.5. A
+  // difference that overflows is a full circle; non-finite angles fall back as above.
   KrGeCircArc3d& setAngles(double startAngle, double endAngle);
   // The axis rule: refVec keeps its direction (made unit) and the normal is projected onto the
   // plane perpendicular to it (made unit). Fallbacks: both of zero length (or not finite):
@@ -219,15 +221,28 @@ public:
   KrGeCircArc3d& set(const KrGePoint3d& point1, const KrGePoint3d& point2, const KrGePoint3d& point3);
   KrGeCircArc3d& set(const KrGePoint3d& point1, const KrGePoint3d& point2, const KrGePoint3d& point3,
                      KrGe::ErrorCondition& status);
-  // The arc of the given radius tangent to both curves; param1 and param2 receive the tangency
-  // parameters on them. Sends "AUTOTEST not passed for "KrCircArc3dImpl& KrCircArc3dImpl::set(
-  // curve1, curve2, r, p1, p2, flag)"" once. The construction is not available yet: success is
-  // false and the arc and parameters are unchanged.
+  // The arc of radius |radius| tangent to both curves (a fillet), from its touch point on curve1
+  // (param1) to its touch point on curve2 (param2) the shorter way round. The curves must lie in
+  // one plane: two crossing lines or segments, a line in the arc's plane, or two coplanar arcs
+  // (KrGeContext::gTol). Every circle of that radius tangent to both is a candidate (the
+  // crossings of the curves' offsets at that distance); those whose touch points lie in both
+  // ranges qualify and the one with the shortest chord between them is taken (the fillet nearest
+  // to where the curves meet; ties keep the first found). The arc is built through the two touch
+  // points and the middle between them with set(p1, p2, p3): points too close to tell apart (a
+  // zero radius) warn "KrCircArc3dImpl::set, by 3pt - kLinearlyDependentArg1Arg2Arg3" and then
+  // "set() fail". On failure success is false and the arc and parameters are unchanged. Curve
+  // kinds other than lines, segments and arcs report "(((HRESULT)0x80004001L))". Sends "AUTOTEST
+  // not passed for "KrCircArc3dImpl& KrCircArc3dImpl::set(curve1, curve2, r, p1, p2, flag)"" once.
   KrGeCircArc3d& set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, double radius, double& param1,
                      double& param2, bool& success);
-  // The arc tangent to three lines. Sends "AUTOTEST not passed for "KrCircArc3dImpl&
-  // KrCircArc3dImpl::set(curve1, curve2, curve3, p1, p2, p3, flag)"" once. The construction is not
-  // available yet: success is false and the arc and parameters are unchanged.
+  // The circle inscribed in the triangle of three coplanar, pairwise crossing lines (ranges are
+  // not consulted): its centre is where the inner angle bisectors meet; the arc runs from its
+  // touch point on curve1 through the one on curve2 to the one on curve3 (parameters on each).
+  // Parallel lines, lines through one point or lines out of one plane fail; bisectors that do not
+  // meet warn "Internal error, KrCircArc3dImpl.set() by 3 lines, bisectors must have intersection
+  // point". On failure success is false and the arc and parameters are unchanged. Arcs and other
+  // kinds report "(((HRESULT)0x80004001L))". Sends "AUTOTEST not passed for "KrCircArc3dImpl&
+  // KrCircArc3dImpl::set(curve1, curve2, curve3, p1, p2, p3, flag)"" once.
   KrGeCircArc3d& set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, const KrGeCurve3d& curve3,
                      double& param1, double& param2, double& param3, bool& success);
 

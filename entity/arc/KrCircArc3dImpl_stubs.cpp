@@ -1,9 +1,10 @@
 // Arc operations not provided yet: each announces itself once, reports the not-implemented
-// assertion once and answers neutral values. The tangent-circle constructions wait for the
-// shared tangent-construction functions.
+// assertion once and answers neutral values. The tangent-circle constructions, announced once as
+// not yet validated, are the shared ones of entity/relation/tangent_construction.
 #include "KrGePlane.h"
 #include "KrsDiagnostics.h"
 #include "entity/arc/KrCircArc3dImpl.h"
+#include "entity/relation/tangent_construction.h"
 
 KrGePoint3d KrCircArc3dImpl::projClosestPointTo(const KrGePoint3d&, const KrGeVector3d&, const KrGeTol&) const {
   KRS_AUTOTEST("KrGePoint3d KrCircArc3dImpl::projClosestPointTo(pnt, projDir, tol)");
@@ -48,16 +49,17 @@ bool KrCircArc3dImpl::explode(const KrGeCurve3d&, KrsArray<void*>&, KrsArray<int
   return false;
 }
 
-KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGeCurve3d&, const KrGeCurve3d&, double, double&, double&,
-                                      bool& success) {
+KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, double radius,
+                                      double& param1, double& param2, bool& success) {
   KRS_AUTOTEST("KrCircArc3dImpl& KrCircArc3dImpl::set(curve1, curve2, r, p1, p2, flag)");
-  success = false;
+  krrelation::arcTangentToTwoCurves(*this, curve1, curve2, radius, param1, param2, success);
   return *this;
 }
 
-KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGeCurve3d&, const KrGeCurve3d&, const KrGeCurve3d&, double&, double&,
-                                      double&, bool& success) {
+KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2,
+                                      const KrGeCurve3d& curve3, double& param1, double& param2, double& param3,
+                                      bool& success) {
   KRS_AUTOTEST("KrCircArc3dImpl& KrCircArc3dImpl::set(curve1, curve2, curve3, p1, p2, p3, flag)");
-  success = false;
+  krrelation::arcTangentToThreeCurves(*this, curve1, curve2, curve3, param1, param2, param3, success);
   return *this;
 }

@@ -78,5 +78,12 @@ KrArcCrossings krArcPlaneCrossings(const KrArcFrame& arc, const KrGePoint3d& ori
       result.points[result.count++] = end;
     }
   }
+  // An arc that dips within tol of the plane between its ends without crossing it touches it.
+  const bool lowNearer = std::fabs(result.heights.low) <= std::fabs(result.heights.high);
+  const double nearest = lowNearer ? result.heights.lowParam : result.heights.highParam;
+  if (result.count == 0 && std::fabs(lowNearer ? result.heights.low : result.heights.high) <= tol) {
+    result.params[0] = nearest;
+    result.points[result.count++] = arc.pointAt(nearest);
+  }
   return result;
 }

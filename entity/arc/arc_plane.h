@@ -20,7 +20,8 @@ struct KrArcCrossings {
 // by the circle in closed form: two crossings when their chord is longer than tol, one touching
 // point (the circle point nearest the line) when the chord is shorter or the circle passes within
 // tol of the plane; only those within the sweep are kept (angle tolerance tol / radius). When
-// none is, an end point within tol of the plane is listed instead. The crossing points lie on
-// the circle, within rounding of the plane.
+// none is, the end points within tol of the plane are listed instead, or else the arc's point
+// nearest the plane when it is within tol. The crossing points lie on the circle, within rounding
+// of the plane.
 KrArcCrossings krArcPlaneCrossings(const KrArcFrame& arc, const KrGePoint3d& origin, const KrGeVector3d& normal,
                                    double tol);

@@ -35,11 +35,11 @@ struct Naive {
     const long double dx = coordinate(t, 0) - q.x, dy = coordinate(t, 1) - q.y, dz = coordinate(t, 2) - q.z;
     return std::sqrt(dx * dx + dy * dy + dz * dz);
   }
-  // Minimum distance to q: a scan of 2048 angles, refined by ternary search around the best.
+  // Minimum distance to q: a scan of 512 angles, refined by ternary search around the best.
   double bruteDistance(const KrGePoint3d& q) const {
-    const long double h = (end - start) / 2048;
+    const long double h = (end - start) / 512;
     long double best = start;
-    for (int i = 1; i <= 2048; ++i) best = distance(start + h * i, q) < distance(best, q) ? start + h * i : best;
+    for (int i = 1; i <= 512; ++i) best = distance(start + h * i, q) < distance(best, q) ? start + h * i : best;
     long double lo = std::max(start, best - h), hi = std::min(end, best + h);
     for (int i = 0; i < 100; ++i) {
       const long double m1 = (2 * lo + hi) / 3, m2 = (lo + 2 * hi) / 3;
