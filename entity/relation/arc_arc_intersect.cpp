@@ -72,12 +72,13 @@ void coplanar(const KrCircle& c1, const KrCircle& c2, Collector& collect) {
   const double tol = collect.tol;
   const KrGeVector3d offset = c2.center - c1.center;
   const KrGeVector3d w = offset - c1.n * offset.dotProduct(c1.n);
-  const double distance = w.length();
+  const double distance2 = w.lengthSqrd();
   const double r1 = c1.radius, r2 = c2.radius;
-  if (distance <= tol) {
+  if (distance2 <= tol * tol) {
     if (std::fabs(r1 - r2) <= tol) coincident(c1, c2, collect);
     return;
   }
+  const double distance = std::sqrt(distance2);
   const double inverse = 1.0 / distance;
   const KrGeVector3d along = w * inverse;
   if (std::fabs(distance - (r1 + r2)) <= tol) {
@@ -122,14 +123,19 @@ bool krArcArcIntersections(const KrArcFrame& arc1, const KrArcFrame& arc2, doubl
     return true;
   }
   const KrGeVector3d m = c1.n.crossProduct(c2.n);
-  const double sine = std::sqrt(m.lengthSqrd());  // at most 1: no underflow that matters
+  // Each circle within tol of the other's plane: its centre's height plus its radius times the
+  // sine of the planes' angle, compared squared.
+  const double sine2 = m.lengthSqrd();
   const KrGeVector3d offset = c2.center - c1.center;
   const double height2 = offset.dotProduct(c2.n);
-  if (std::fabs(offset.dotProduct(c1.n)) + c2.radius * sine <= tol && std::fabs(height2) + c1.radius * sine <= tol) {
+  const double slack1 = tol - std::fabs(offset.dotProduct(c1.n)), slack2 = tol - std::fabs(height2);
+  if (slack1 >= 0.0 && slack2 >= 0.0 && c2.radius * c2.radius * sine2 <= slack1 * slack1 &&
+      c1.radius * c1.radius * sine2 <= slack2 * slack2) {
     coplanar(c1, c2, collect);
     return true;
   }
-  if (!(sine > 0.0)) return true;  // parallel planes apart
+  const double sine = std::sqrt(sine2);  // at most 1: no underflow that matters
+  if (!(sine > 0.0)) return true;        // parallel planes apart
   const KrGeVector3d direction = m / sine;
   const KrGePoint3d base = c1.center + m.crossProduct(c1.n) * (height2 / (sine * sine));
   if (!krIsFinite(base)) return true;
