@@ -5,6 +5,9 @@
 
 #include "KrsDiagnostics.h"
 #include "entity/curve/KrGeCurve3dImpl.h"
+#include "entity/relation/arc_ellipse.h"
+#include "entity/relation/ellipse_ellipse.h"
+#include "entity/relation/line_ellipse.h"
 #include "entity/relation/line_line.h"
 
 KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
@@ -14,6 +17,8 @@ KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
       return KrCurveKind::kLinear;
     case KrGe::kCircArc3d:
       return KrCurveKind::kCircArc;
+    case KrGe::kEllipArc3d:
+      return KrCurveKind::kEllipArc;
     default:
       return KrCurveKind::kOther;
   }
@@ -34,6 +39,12 @@ struct Entry {
 constexpr Entry kTable[] = {
     {KrCurveKind::kLinear, KrCurveKind::kLinear,
      {closestLineLine, projClosestLineLine, localClosestLineLine, intersectLineLine}},
+    {KrCurveKind::kLinear, KrCurveKind::kEllipArc,
+     {closestLineEllipse, projClosestLineEllipse, localClosestLineEllipse, intersectLineEllipse}},
+    {KrCurveKind::kCircArc, KrCurveKind::kEllipArc,
+     {closestArcEllipse, projClosestArcEllipse, localClosestArcEllipse, intersectArcEllipse}},
+    {KrCurveKind::kEllipArc, KrCurveKind::kEllipArc,
+     {closestEllipseEllipse, projClosestEllipseEllipse, localClosestEllipseEllipse, intersectEllipseEllipse}},
 };
 
 // The row of (first, second); `swapped` tells that it was found as (second, first).
