@@ -151,16 +151,39 @@ int coplanarHits(const KrEllipseFrame& e1, const KrEllipseFrame& e2, double tol,
   const double slope[5] = {poly[1], 2.0 * poly[2], 3.0 * poly[3], 4.0 * poly[4], 0.0};
   candidateCount += quarticRoots(slope, candidates + candidateCount);
 
-  int count = 0;
-  for (int i = 0; i < candidateCount; ++i) {
-    const double theta = theta0 + 2.0 * std::atan(candidates[i]);
+  // Candidates within tol of the second arc, in the order of their angle on the first (within
+  // (theta0 - pi, theta0 + pi), whose ends are where F is largest).
+  struct Candidate {
+    double theta;
+    double distance;
     KrEllipseHit hit;
-    hit.point = e1.pointAt(theta);
-    double distance = 0.0;
-    hit.s = krEllipseArcNearestParam(e2, hit.point, distance);
-    if (!(distance <= tol)) continue;
-    if (!placeOnArc(e1, theta, hit.point, tol, hit.t)) continue;
-    addDistinct(hits, count, 4, hit, tol);
+  } kept[8];
+  int keptCount = 0;
+  for (int i = 0; i < candidateCount; ++i) {
+    Candidate c;
+    c.theta = theta0 + 2.0 * std::atan(candidates[i]);
+    c.hit.point = e1.pointAt(c.theta);
+    c.hit.s = krEllipseArcNearestParam(e2, c.hit.point, c.distance);
+    if (!(c.distance <= tol)) continue;
+    int at = keptCount++;
+    for (; at > 0 && kept[at - 1].theta > c.theta; --at) kept[at] = kept[at - 1];
+    kept[at] = c;
+  }
+  // Neighbours between which the curves stay within tol (checked at the middle) are one touching
+  // (a high-order contact spreads over a stretch); the nearest candidate stands for it.
+  int count = 0;
+  for (int i = 0; i < keptCount;) {
+    int best = i;
+    int j = i + 1;
+    for (; j < keptCount; ++j) {
+      double between = 0.0;
+      krEllipseArcNearestParam(e2, e1.pointAt(0.5 * (kept[j - 1].theta + kept[j].theta)), between);
+      if (!(between <= tol)) break;
+      if (kept[j].distance < kept[best].distance) best = j;
+    }
+    KrEllipseHit hit = kept[best].hit;
+    if (placeOnArc(e1, kept[best].theta, hit.point, tol, hit.t)) addDistinct(hits, count, 4, hit, tol);
+    i = j;
   }
   return count;
 }
@@ -217,28 +240,26 @@ int krEllipseLineHits(const KrEllipseFrame& frame, const KrLinearSpan& line, dou
     const double half = b * b * x0 * dx + a * a * y0 * dy;
     const double constant = b * b * x0 * x0 + a * a * y0 * y0 - a * a * b * b;
     const double moment = x0 * dy - y0 * dx;
-    const double discriminant = big - moment * moment;
-    if (discriminant >= 0.0 && big > 0.0) {
-      const double root = a * b * std::sqrt(discriminant);
+    const double inPlane = std::sqrt(planar);
+    const double gap = (std::fabs(moment) - std::sqrt(big)) / inPlane;
+    if (gap < -tol) {
+      const double root = a * b * std::sqrt((std::sqrt(big) - moment) * (std::sqrt(big) + moment));
       const double q = -(half + std::copysign(root, half));
       const double sigma1 = q / big;
       const double sigma2 = q != 0.0 ? constant / q : -sigma1;
       for (double sigma : {sigma1, sigma2})
         if (std::fabs(z0 + sigma * dz) <= tol) consider(sigma, x0 + sigma * dx, y0 + sigma * dy);
-    } else {
-      const double inPlane = std::sqrt(planar);
-      const double gap = (std::fabs(moment) - std::sqrt(big)) / inPlane;
-      if (gap <= tol) {
-        // The support point S of the normal n towards the line, and the line's point facing it.
-        const double side = moment < 0.0 ? -1.0 : 1.0;
-        const double nx = side * dy / inPlane;
-        const double ny = -side * dx / inPlane;
-        const double support = std::hypot(a * nx, b * ny);
-        const double sx = support > 0.0 ? a * a * nx / support : 0.0;
-        const double sy = support > 0.0 ? b * b * ny / support : 0.0;
-        const double sigma = (sx * dx + sy * dy) / planar;
-        if (std::hypot(gap, z0 + sigma * dz) <= tol) consider(sigma, sx, sy);
-      }
+    } else if (gap <= tol) {
+      // Touching within tol (missing, or cutting no deeper than tol): the support point S of the
+      // normal n towards the line, and the line's point facing it.
+      const double side = moment < 0.0 ? -1.0 : 1.0;
+      const double nx = side * dy / inPlane;
+      const double ny = -side * dx / inPlane;
+      const double support = std::hypot(a * nx, b * ny);
+      const double sx = support > 0.0 ? a * a * nx / support : 0.0;
+      const double sy = support > 0.0 ? b * b * ny / support : 0.0;
+      const double sigma = (sx * dx + sy * dy) / planar;
+      if (std::hypot(gap, z0 + sigma * dz) <= tol) consider(sigma, sx, sy);
     }
   }
   if (dz != 0.0) {
@@ -266,7 +287,7 @@ int krEllipsePlaneHits(const KrEllipseFrame& frame, const KrGePoint3d& origin, c
   const double phi = std::atan2(cb, ca);
   double angles[2];
   int angleCount = 0;
-  if (std::fabs(h0) >= amplitude) {
+  if (std::fabs(h0) >= amplitude - tol) {  // touching, or cutting through the plane by at most tol
     angles[angleCount++] = h0 < 0.0 ? phi : phi + kPi;
   } else {
     const double alpha = std::atan2(std::sqrt((amplitude - h0) * (amplitude + h0)), -h0);

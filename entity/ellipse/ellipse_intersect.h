@@ -19,8 +19,9 @@ struct KrEllipseHit {
 // line is rebased at its point nearest to the centre and, where it runs in the plane, solved as
 //   A s^2 + 2 B s + C = 0,  A = b^2 dx^2 + a^2 dy^2,  B^2 - A C = a^2 b^2 (A - w^2),
 // w = x dy - y dx the moment of the line about the centre: the discriminant is formed without
-// cancelling, and |w| - sqrt(A) (over |d|) is the gap by which the line misses the ellipse, so a
-// miss within tol is one touching point (the support point). A root counts when the line's height
+// cancelling, and |w| - sqrt(A) (over |d|) is the gap by which the line misses the ellipse (its
+// depth into it when negative): a line missing it, or cutting it no deeper than tol, touches it at
+// one point (the support point facing it); deeper, both roots count. A root counts when the line's height
 // above the plane there is within tol. A line crossing the plane also meets the ellipse at its
 // crossing point when that lies within tol of it (in-plane distance by the nearest-point
 // routine). Points closer than tol merge. The line's range is kept with tol of model-space slack,
@@ -31,8 +32,9 @@ int krEllipseLineHits(const KrEllipseFrame& frame, const KrLinearSpan& line, dou
 
 // The plane through `origin` with unit `normal`: the height of the ellipse above it is
 // h0 + A cos t + B sin t = h0 + R cos(t - phi), so the crossings are phi +- acos(-h0 / R). A
-// height range within tol of 0 everywhere (the arc lies in the plane) gives none; a touching
-// within tol one point. s is 0. Answers the count, at most 2.
+// height range within tol of 0 everywhere (the arc lies in the plane) gives none; an ellipse
+// reaching through the plane by at most tol (or missing it by at most tol) touches it at its
+// extreme point. s is 0. Answers the count, at most 2.
 int krEllipsePlaneHits(const KrEllipseFrame& frame, const KrGePoint3d& origin, const KrGeVector3d& normal, double tol,
                        KrEllipseHit hits[2]);
 
@@ -41,7 +43,8 @@ int krEllipsePlaneHits(const KrEllipseFrame& frame, const KrGePoint3d& origin, c
 // lies near t = infinity, is a quartic solved by methodDecart; the roots of its derivative where
 // the quartic is small are added, so that tangencies (double roots) that the solver reports as
 // complex are not lost; every candidate is kept only when the true distance to the second arc is
-// within tol. Coincident ellipses give no points. Crossing planes: the first ellipse meets their
+// within tol, and neighbouring candidates between which the curves stay within tol (a contact of
+// high order) are one point, the nearest of them. Coincident ellipses give no points. Crossing planes: the first ellipse meets their
 // common line (krEllipseLineHits) and those points within tol of the second arc count. Parallel
 // planes apart give none. Answers the count, at most 4.
 int krEllipseEllipseHits(const KrEllipseFrame& first, const KrEllipseFrame& second, double tol, KrEllipseHit hits[4]);
