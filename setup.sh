@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Set-up for a fresh Debian machine, run as root from anywhere:
-#   ./setup.sh demo   installs what is missing, builds the library, runs the demo host with the
-#                     krgemon monitor attached and prints the monitor's lines
+#   ./setup.sh demo   installs what is missing, builds the scene tool and the monitor, runs every
+#                     example scene with krgemon attached, prints the results, writes one SVG per
+#                     scene into build/demo/ and prints the monitor's lines
 #   ./setup.sh test   installs what is missing, builds and runs the whole test suite in the
 #                     release build and in the AddressSanitizer+UBSan build (warnings are errors)
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev)
+readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3)
 
 installMissing() {
   local missing=() package
@@ -33,23 +34,30 @@ cleanUpDemo() {
 
 runDemo() {
   cmake --preset release
-  cmake --build --preset release --target krgel_demo krgemon
-  local build=build/release
+  cmake --build --preset release --target krgescene krgemon
+  local build=build/release output=build/demo scene name status=0
   # Assertions are reported only when "lw.ini" beside the library turns them on.
   [[ -e $build/lw.ini ]] || printf '[lw]\nkrsassert=1\n' >"$build/lw.ini"
+  mkdir -p "$output"
   demoWork=$(mktemp -d)
   trap cleanUpDemo EXIT
-  "$build/krgemon" --socket "$demoWork/monitor" --timeout 60 >"$demoWork/lines" &
+  "$build/krgemon" --socket "$demoWork/monitor" --timeout 120 >"$demoWork/lines" &
   monitorPid=$!
   for _ in $(seq 100); do [[ -S $demoWork/monitor ]] && break; sleep 0.05; done
-  echo "--- demo output ---"
-  KRGE_MONITOR="$demoWork/monitor" "$build/krgel_demo"
+  for scene in examples/scenes/*.scene; do
+    name=$(basename "$scene" .scene)
+    echo "=== $name ($scene) ==="
+    KRGE_MONITOR="$demoWork/monitor" "$build/krgescene" --svg "$output/$name.svg" "$scene" || status=1
+    echo "picture: $output/$name.svg"
+    echo
+  done
   sleep 0.2
   kill -TERM "$monitorPid"
   wait "$monitorPid" || true
   monitorPid=""
   echo "--- krgemon ---"
   cat "$demoWork/lines"
+  return "$status"
 }
 
 runTests() {

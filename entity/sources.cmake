@@ -12,10 +12,17 @@ list(APPEND KRGEL_SOURCES
   entity/linear/KrGeLine3d.cpp
   entity/linear/KrGeLineSeg3d.cpp
   entity/arc/arc_angles.cpp
+  entity/arc/arc_closest.cpp
+  entity/arc/arc_extent.cpp
+  entity/arc/arc_plane.cpp
   entity/arc/arc_sampler.cpp
   entity/arc/KrCircArc3dImpl.cpp
+  entity/arc/KrCircArc3dImpl_bound.cpp
+  entity/arc/KrCircArc3dImpl_construct.cpp
+  entity/arc/KrCircArc3dImpl_plane.cpp
+  entity/arc/KrCircArc3dImpl_query.cpp
   entity/arc/KrCircArc3dImpl_relations.cpp
-  entity/arc/KrCircArc3dImpl_pending.cpp
+  entity/arc/KrCircArc3dImpl_stubs.cpp
   entity/arc/KrGeCircArc3d.cpp
   entity/ellipse/ellipse_affine.cpp
   entity/ellipse/ellipse_closest.cpp
@@ -33,6 +40,16 @@ list(APPEND KRGEL_SOURCES
   entity/relation/ellipse_pairs.cpp
   entity/relation/line_ellipse.cpp
   entity/relation/line_line.cpp
+  entity/relation/tangent_curves.cpp
+  entity/relation/tangent_construction.cpp
+  entity/relation/tangent_circles.cpp
+  entity/relation/line_arc_geometry.cpp
+  entity/relation/line_arc_descent.cpp
+  entity/relation/line_arc.cpp
+  entity/relation/line_arc_intersect.cpp
+  entity/relation/arc_arc_descent.cpp
+  entity/relation/arc_arc.cpp
+  entity/relation/arc_arc_intersect.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp
@@ -46,4 +63,7 @@ list(APPEND KRGEL_SOURCES
   entity/point/KrPointOnCurve3dImpl.cpp
   entity/point/KrGePointEnt3d.cpp
   entity/point/KrGePointOnCurve3d.cpp
+  entity/intersect/intersection_configs.cpp
+  entity/intersect/KrCurveCurveInt3dImpl.cpp
+  entity/intersect/KrGeCurveCurveInt3d.cpp
 )

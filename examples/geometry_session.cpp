@@ -1,8 +1,11 @@
 // A short geometry session as a host would run it: segments and lines, where they meet and how
-// close they come, and a plane cutting through a small solid.
+// close they come, a plane cutting through a small solid, and circles: through three points, as
+// a fillet, cutting a line, passing each other in space, and read back from an intersection.
 #include <cstdio>
 
 #include "KrGeBoundBlock3d.h"
+#include "KrGeCircArc3d.h"
+#include "KrGeCurveCurveInt3d.h"
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
 #include "KrGePlane.h"
@@ -88,10 +91,68 @@ void planeCut() {
   print("to", edge.endPoint());
 }
 
+const char* configName(KrGe::KrGeXConfig config) {
+  static const char* const names[] = {"not defined", "unknown",      "left to right", "right to left",
+                                      "touches from the left", "touches from the right", "ends on the left",
+                                      "ends on the right", "left, then along", "along, then left",
+                                      "right, then along", "along, then right", "starts along",
+                                      "ends along", "along on both sides"};
+  return config >= 0 && config <= 14 ? names[config] : "?";
+}
+
+void circles() {
+  std::printf("\nCircles and arcs\n");
+  const KrGeCircArc3d throughThree(KrGePoint3d(1, 0, 0), KrGePoint3d(0, 1, 0), KrGePoint3d(-1, 0, 0));
+  print("arc through (1,0,0) (0,1,0) (-1,0,0): centre", throughThree.center());
+  print("radius", throughThree.radius());
+  print("sweep in degrees", (throughThree.endAng() - throughThree.startAng()) * 180 / 3.141592653589793);
+
+  const KrGeLineSeg3d floor(KrGePoint3d(0, 0, 0), KrGePoint3d(10, 0, 0));
+  const KrGeLineSeg3d wall(KrGePoint3d(0, 8, 0), KrGePoint3d(0, 0, 0));
+  KrGeCircArc3d fillet;
+  double onFloor = 0, onWall = 0;
+  bool filleted = false;
+  fillet.set(floor, wall, 2.0, onFloor, onWall, filleted);
+  std::printf("  %-40s %s\n", "a fillet of radius 2 in the corner", filleted ? "fits" : "does not fit");
+  print("its centre", fillet.center());
+  print("it leaves the floor at", fillet.startPoint());
+  print("and meets the wall at", fillet.endPoint());
+
+  const KrGeCircArc3d hole(KrGePoint3d(5, 5, 0), KrGeVector3d(0, 0, 1), 3.0);
+  const KrGeLine3d cut(KrGePoint3d(0, 4, 0), KrGeVector3d(1, 0, 0));
+  int count = 0;
+  KrGePoint3d first, second;
+  hole.intersectWith(cut, count, first, second);
+  print("the line y = 4 cuts the circle in points", count);
+  if (count > 0) print("first", first);
+  if (count > 1) print("second", second);
+
+  const KrGeCircArc3d ring(KrGePoint3d(0, 0, 0), KrGeVector3d(0, 0, 1), 2.0);
+  const KrGeCircArc3d hoop(KrGePoint3d(3, 0, 1), KrGeVector3d(1, 1, 0), 1.5);
+  KrGePoint3d onHoop;
+  const KrGePoint3d onRing = ring.closestPointTo(hoop, onHoop);
+  print("two skew circles come closest at", onRing);
+  print("and", onHoop);
+  print("their distance", onRing.distanceTo(onHoop));
+
+  const KrGeCurveCurveInt3d crossing(hole, cut, KrGeVector3d(0, 0, 1));
+  print("the intersection object holds points", crossing.numIntPoints());
+  for (int i = 0; i < crossing.numIntPoints(); ++i) {
+    KrGe::KrGeXConfig circleWrtLine = KrGe::kNotDefined, lineWrtCircle = KrGe::kNotDefined;
+    crossing.getIntConfigs(i, circleWrtLine, lineWrtCircle);
+    KrGePointOnCurve3d onLine;
+    crossing.getPointOnCurve2(i, onLine);
+    std::printf("  point %d (%.6g, %.6g, %.6g), at x = %.6g on the line: the circle runs %s of it, the line %s\n", i,
+                crossing.intPoint(i).x, crossing.intPoint(i).y, crossing.intPoint(i).z, onLine.parameter(),
+                configName(circleWrtLine), configName(lineWrtCircle));
+  }
+}
+
 }  // namespace
 
 void runGeometrySession() {
   std::printf("\nGeometry session\n");
   segmentsAndLines();
   planeCut();
+  circles();
 }

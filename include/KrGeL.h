@@ -17,6 +17,7 @@
 #include "KrGeVector3d.h"
 #include "KrGeEntity3d.h"
 #include "KrGeCurve3d.h"
+#include "KrGeCurveCurveInt3d.h"
 #include "KrGeLinearEnt3d.h"
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"

@@ -40,17 +40,28 @@ public:
   // From pnt to pnt + vec on [0, 1].
   KrGeLineSeg3d& set(const KrGePoint3d& pnt, const KrGeVector3d& vec);
   // The segment from `point` to the point of `curve` where the segment's line touches the curve
-  // (param: that point's parameter on the curve). For a linear curve the only tangent line is
-  // its own, so a solution exists only when `point` lies on that line (KrGeContext::gTol) and
-  // the curve is bounded; the segment then runs from `point` to the curve's end farther from it.
-  // Otherwise success is false and the segment is unchanged. Curve kinds without a tangent
-  // construction report "(((HRESULT)0x80004001L))" and answer false.
+  // (param: that point's parameter on the curve). Decisions use KrGeContext::gTol.
+  //   Linear curve: its own line is its only tangent, so a solution exists only when `point` lies
+  //     on that line and the curve is bounded; the segment runs from `point` to the curve's end
+  //     farther from it.
+  //   Circular arc: `point` must lie in the arc's plane and outside its circle; of the two touch
+  //     points of the tangents from it, those inside the arc's range qualify and the one with the
+  //     smaller angle is taken.
+  // Otherwise success is false and the segment and param are unchanged. Curve kinds without a
+  // tangent construction report "(((HRESULT)0x80004001L))" and answer false.
   KrGeLineSeg3d& set(const KrGeCurve3d& curve, const KrGePoint3d& point, double& param, bool& success);
-  // The segment touching both curves, from its point on curve1 (param1) to its point on curve2
-  // (param2). For two bounded colinear linear curves (KrGeContext::gTol) it bridges them: from the
-  // end of curve1 nearest to curve2 to the end of curve2 nearest to curve1. Otherwise success is
-  // false and the segment is unchanged. Curve kinds without a tangent construction report
-  // "(((HRESULT)0x80004001L))" and answer false.
+  // The segment of a line touching both curves, from its point on curve1 (param1) to its point on
+  // curve2 (param2). Decisions use KrGeContext::gTol.
+  //   Two linear curves: bounded and colinear; the segment bridges them from the end of curve1
+  //     nearest to curve2 to the end of curve2 nearest to curve1.
+  //   A linear curve and an arc (either order): the bounded linear curve's line must touch the
+  //     arc's circle, in its plane, inside the arc's range; the segment runs between the touch
+  //     point and the linear curve's end nearest to it.
+  //   Two arcs: coplanar, neither concentric nor nested; of their outer and inner common tangents
+  //     those with distinct touch points inside both ranges qualify, and the shortest is taken
+  //     (outer before inner on a tie).
+  // Otherwise success is false and the segment and parameters are unchanged. Curve kinds
+  // without a tangent construction report "(((HRESULT)0x80004001L))" and answer false.
   KrGeLineSeg3d& set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, double& param1, double& param2,
                      bool& success);
 

@@ -24,6 +24,19 @@ double ccwAngle(const KrGeVector3d& from, const KrGeVector3d& to, const KrGeVect
   return angle < 0.0 ? angle + kKrTwoPi : angle;
 }
 
+KrGePoint3d finiteCenter(const KrGePoint3d& center) {
+  if (isFinite(center)) return center;
+  KRS_WARN_AT("KrCircArc3dImpl - non-finite center, origin used", kSource, __LINE__);
+  return KrGePoint3d::kOrigin;
+}
+
+// Radii are kept as magnitudes: a negative radius describes the same circle.
+double finiteRadius(double radius) {
+  if (std::isfinite(radius)) return std::fabs(radius);
+  KRS_WARN_AT("KrCircArc3dImpl - non-finite radius, 0 used", kSource, __LINE__);
+  return 0.0;
+}
+
 }  // namespace
 
 KrCircArc3dImpl::KrCircArc3dImpl(const KrGePoint3d& center, const KrGeVector3d& normal, double radius) {
@@ -53,39 +66,49 @@ bool KrCircArc3dImpl::equalData(const KrCircArc3dImpl& other, const KrGeTol& tol
 // Points map as points and the axes as vectors; the radius scales with the matrix. The normal is
 // re-orthogonalised against the mapped reference vector, and a mirror (negative determinant)
 // flips it so that the same angles still describe the mirrored points: for a reflection M,
-// M(n x r) = -(Mn x Mr).
+// M(n x r) = -(Mn x Mr). An axis degenerates only when its image is zero, not finite, or (the
+// normal) parallel to the mapped reference vector: a tiny uniform scaling keeps both.
 KrEnt3dImpl& KrCircArc3dImpl::transformBy(const KrGeMatrix3d& matrix) {
-  m_arc.radius *= matrix.scale();
-  m_arc.center = matrix * m_arc.center;
-  KrGeVector3d refVec = matrix * m_arc.refVec;
+  m_arc.radius = finiteRadius(m_arc.radius * matrix.scale());
+  m_arc.center = finiteCenter(matrix * m_arc.center);
+  KrGeVector3d refVec = (matrix * m_arc.refVec).normal(KrGeContext::gTol);
   if (isUnusable(refVec)) {
     KRS_WARN_AT("KrCircArc3dImpl::transformBy - refVec become degenerated, use X", kSource, 276);
     refVec = KrGeVector3d::kXAxis;
   }
-  m_arc.refVec = refVec.normal(KrGeContext::gTol);
+  m_arc.refVec = refVec;
   const KrGeVector3d mapped = matrix * m_arc.normal;
-  KrGeVector3d normal = m_arc.refVec.crossProduct(mapped.crossProduct(m_arc.refVec));
-  if (isUnusable(normal)) {
+  KrGeVector3d normal = refVec.crossProduct(mapped.crossProduct(refVec)).normal(KrGeContext::gTol);
+  if (isUnusable(normal) || mapped.isParallelTo(refVec, KrGeContext::gTol)) {
     KRS_WARN_AT("KrCircArc3dImpl::transformBy - normal become degenerated, use pR", kSource, 286);
-    normal = m_arc.refVec.perpVector();
+    normal = refVec.perpVector().normal(KrGeContext::gTol);
   }
-  m_arc.normal = normal.normal(KrGeContext::gTol);
+  m_arc.normal = normal;
   if (matrix.det() < 0.0) m_arc.normal.negate();
   return *this;
 }
 
 KrCircArc3dImpl& KrCircArc3dImpl::setCenter(const KrGePoint3d& center) {
-  m_arc.center = center;
+  m_arc.center = finiteCenter(center);
   return *this;
 }
 
 KrCircArc3dImpl& KrCircArc3dImpl::setRadius(double radius) {
-  m_arc.radius = radius;
+  m_arc.radius = finiteRadius(radius);
   return *this;
 }
 
 KrCircArc3dImpl& KrCircArc3dImpl::setAngles(double startAngle, double endAngle) {
+  if (!std::isfinite(startAngle)) {
+    KRS_WARN_AT("KrCircArc3dImpl::setAngles - non-finite start angle, 0 used", kSource, __LINE__);
+    startAngle = 0.0;
+  }
   m_arc.startAng = startAngle;
+  if (!std::isfinite(endAngle)) {
+    KRS_WARN_AT("KrCircArc3dImpl::setAngles - non-finite end angle, full circle used", kSource, __LINE__);
+    m_arc.sweep = kKrTwoPi;
+    return *this;
+  }
   m_arc.sweep = krArcSweep(startAngle, endAngle, m_arc.radius);
   return *this;
 }
@@ -120,7 +143,7 @@ KrCircArc3dImpl& KrCircArc3dImpl::setAxes(const KrGeVector3d& normal, const KrGe
 }
 
 KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGePoint3d& center, const KrGeVector3d& normal, double radius) {
-  m_arc.center = center;
+  m_arc.center = finiteCenter(center);
   if (isUnusable(normal)) {
     KRS_WARN_AT("KrCircArc3dImpl::set(cent, nrm, rad) fail - 0-length normal, OZ used", kSource, 2640);
     m_arc.normal = KrGeVector3d::kZAxis;
@@ -129,16 +152,16 @@ KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGePoint3d& center, const KrGeVecto
     m_arc.normal = normal.normal(KrGeContext::gTol);
     m_arc.refVec = m_arc.normal.perpVector().normal(KrGeContext::gTol);
   }
-  m_arc.radius = std::fabs(radius);
+  m_arc.radius = finiteRadius(radius);
   return setAngles(0.0, kKrTwoPi);
 }
 
 KrCircArc3dImpl& KrCircArc3dImpl::set(const KrGePoint3d& center, const KrGeVector3d& normal,
                                       const KrGeVector3d& refVec, double radius, double startAngle,
                                       double endAngle) {
-  m_arc.center = center;
+  m_arc.center = finiteCenter(center);
   setAxes(normal, refVec);
-  m_arc.radius = std::fabs(radius);
+  m_arc.radius = finiteRadius(radius);
   return setAngles(startAngle, endAngle);
 }
 
@@ -178,7 +201,11 @@ void KrCircArc3dImpl::getInterval(KrGeInterval& range) const { range.set(m_arc.s
 // pair (cos, sin) turns a quarter at each order.
 KrGePoint3d KrCircArc3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const {
   KRS_FAIL_IF(numDeriv<0);
-  const int count = numDeriv > 0 ? numDeriv : 0;
+  int count = numDeriv > 0 ? numDeriv : 0;
+  if (count > kMaxSamples) {
+    KRS_WARN_AT("KrCircArc3dImpl::evalPoint - numDeriv above 1048576, 1048576 used", kSource, __LINE__);
+    count = kMaxSamples;
+  }
   derivArray.SetSize(count);
   const KrGeVector3d x = m_arc.refVec * m_arc.radius;
   const KrGeVector3d y = m_arc.yAxis() * m_arc.radius;
@@ -195,6 +222,10 @@ KrGePoint3d KrCircArc3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGe
 
 void KrCircArc3dImpl::getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const {
   KRS_CHECK_TEXT_AT(!(numSample < 2), "(numSamples<2)", __FILE__, __LINE__);
+  if (numSample > kMaxSamples) {
+    KRS_WARN_AT("KrCircArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used", kSource, __LINE__);
+    numSample = kMaxSamples;
+  }
   krSampleArc(m_arc.startAng, m_arc.endAng(), numSample, m_arc.center, m_arc.refVec * m_arc.radius,
               m_arc.yAxis() * m_arc.radius, pointArray, nullptr);
 }
@@ -202,6 +233,12 @@ void KrCircArc3dImpl::getSamplePoints(int numSample, KrsArray<KrGePoint3d>& poin
 void KrCircArc3dImpl::getSamplePoints(double fromParam, double toParam, double approxEps,
                                       KrsArray<KrGePoint3d>& pointArray, KrsArray<double>& paramArray) const {
   KRS_CHECK_TEXT_AT(!(approxEps < 0), "(approxEps<0)", __FILE__, __LINE__);
+  if (!std::isfinite(fromParam) || !std::isfinite(toParam)) {
+    KRS_WARN_AT("KrCircArc3dImpl::getSamplePoints - non-finite parameter range, no points", kSource, __LINE__);
+    pointArray.SetSize(0);
+    paramArray.SetSize(0);
+    return;
+  }
   const int count = krArcSampleCount(fromParam, toParam, approxEps, m_arc.radius);
   krSampleArc(fromParam, toParam, count, m_arc.center, m_arc.refVec * m_arc.radius, m_arc.yAxis() * m_arc.radius,
               pointArray, &paramArray);

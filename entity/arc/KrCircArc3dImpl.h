@@ -15,6 +15,8 @@ public:
   static constexpr KrGe::EntityId kKinship[] = {KrGe::kCurve3d, KrGe::kEntity3d};
   static constexpr const char* kReportSource = "KrCircArc3dImpl";
   static constexpr int kAssignLine = 180;
+  // The most points getSamplePoints(numSample) produces, and the most derivatives evalPoint gives.
+  static constexpr int kMaxSamples = 1 << 20;
 
   // The unit circle in the XY plane.
   KrCircArc3dImpl() = default;
@@ -118,5 +120,10 @@ public:
   static const KrCircArc3dImpl& of(const KrGeCircArc3d& arc) { return *krImplAs<const KrCircArc3dImpl>(implOf(arc)); }
 
 private:
+  // A new arc facade holding `frame` as it is (no setter rules applied).
+  static KrGeCircArc3d* makeArc(const KrArcFrame& frame);
+  // The point of the arc nearest to `point` with the axis rule of tol.equalPoint().
+  KrGePoint3d nearest(const KrGePoint3d& point, const KrGeTol& tol, double* param) const;
+
   KrArcFrame m_arc;
 };

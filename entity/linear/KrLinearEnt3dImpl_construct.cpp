@@ -1,5 +1,5 @@
-// New entities made from lines and segments: pieces, overlaps, explosions and the tangent
-// constructions of segments.
+// New entities made from lines and segments: pieces, overlaps, explosions, and the tangent
+// constructions of segments (entity/relation/tangent_construction).
 #include <algorithm>
 #include <cmath>
 
@@ -7,6 +7,7 @@
 #include "KrGeLineSeg3d.h"
 #include "KrsDiagnostics.h"
 #include "entity/linear/KrLinearEnt3dImpl.h"
+#include "entity/relation/tangent_construction.h"
 
 KrGeLinearEnt3d* KrLinearEnt3dImpl::makeLike(const KrGePoint3d& origin, const KrGeVector3d& direction,
                                              const KrGeInterval& interval) const {
@@ -115,61 +116,17 @@ bool KrLinearEnt3dImpl::overlap(const KrGeLinearEnt3d& line, KrGeLinearEnt3d*& o
   return overlap != nullptr;
 }
 
-// For a linear curve the only tangent line is its own line: the point must lie on it, and the
-// segment runs to the curve's end farther from the point.
+// The tangent constructions are dispatched on the kinds of the given curves.
 KrLinearEnt3dImpl& KrLinearEnt3dImpl::set(const KrGeCurve3d& curve, const KrGePoint3d& point, double& param,
                                           bool& success) {
   KRS_AUTOTEST("KrLinearEnt3dImpl::set(curve, pt, param, bool)");
-  success = false;
-  const KrLinearEnt3dImpl* linear = linearOf(curve);
-  if (!linear) {
-    KRS_NOT_IMPLEMENTED();
-    return *this;
-  }
-  if (linear->m_unbounded || linear->m_direction.isZeroLength(KrGeContext::gTol)) return *this;
-  const KrGePoint3d foot = linear->evalPoint(linear->paramOf(point, KrGeContext::gTol));
-  if (!point.isEqualTo(foot, KrGeContext::gTol)) return *this;
-  const KrGePoint3d start = linear->startPoint();
-  const KrGePoint3d end = linear->endPoint();
-  const bool toEnd = point.distanceTo(end) >= point.distanceTo(start);
-  const KrGePoint3d touch = toEnd ? end : start;
-  if (point.isEqualTo(touch, KrGeContext::gTol)) return *this;
-  param = toEnd ? linear->m_interval.upperBound() : linear->m_interval.lowerBound();
-  set(point, touch, false);
-  success = true;
+  krrelation::tangentSegmentThroughPoint(*this, curve, point, param, success);
   return *this;
 }
 
-// Two bounded colinear linear curves share their line as the common tangent; the segment bridges
-// them from the end of curve 1 nearest to curve 2 to the end of curve 2 nearest to curve 1.
 KrLinearEnt3dImpl& KrLinearEnt3dImpl::set(const KrGeCurve3d& curve1, const KrGeCurve3d& curve2, double& param1,
                                           double& param2, bool& success) {
   KRS_AUTOTEST("KrLinearEnt3dImpl::set(curve, curve, p1, pt2, bool)");
-  success = false;
-  const KrLinearEnt3dImpl* first = linearOf(curve1);
-  const KrLinearEnt3dImpl* second = linearOf(curve2);
-  if (!first || !second) {
-    KRS_NOT_IMPLEMENTED();
-    return *this;
-  }
-  if (first->m_unbounded || second->m_unbounded) return *this;
-  if (first->m_direction.isZeroLength(KrGeContext::gTol) || second->m_direction.isZeroLength(KrGeContext::gTol))
-    return *this;
-  if (!first->isParallelTo(static_cast<const KrGeLinearEnt3d&>(curve2), KrGeContext::gTol, true)) return *this;
-  const double ends1[2] = {first->m_interval.lowerBound(), first->m_interval.upperBound()};
-  const double ends2[2] = {second->m_interval.lowerBound(), second->m_interval.upperBound()};
-  double best = -1.0;
-  for (double s : ends1) {
-    for (double t : ends2) {
-      const double gap = first->evalPoint(s).distanceTo(second->evalPoint(t));
-      if (best < 0.0 || gap < best) {
-        best = gap;
-        param1 = s;
-        param2 = t;
-      }
-    }
-  }
-  set(first->evalPoint(param1), second->evalPoint(param2), false);
-  success = true;
+  krrelation::commonTangentSegment(*this, curve1, curve2, param1, param2, success);
   return *this;
 }

@@ -5,8 +5,10 @@
 
 #include "KrsDiagnostics.h"
 #include "entity/curve/KrGeCurve3dImpl.h"
+#include "entity/relation/arc_arc.h"
 #include "entity/relation/arc_ellipse.h"
 #include "entity/relation/ellipse_ellipse.h"
+#include "entity/relation/line_arc.h"
 #include "entity/relation/line_ellipse.h"
 #include "entity/relation/line_line.h"
 
@@ -39,6 +41,8 @@ struct Entry {
 constexpr Entry kTable[] = {
     {KrCurveKind::kLinear, KrCurveKind::kLinear,
      {closestLineLine, projClosestLineLine, localClosestLineLine, intersectLineLine}},
+    {KrCurveKind::kLinear, KrCurveKind::kCircArc, {closestLineArc, nullptr, nullptr, intersectLineArc}},
+    {KrCurveKind::kCircArc, KrCurveKind::kCircArc, {closestArcArc, nullptr, nullptr, intersectArcArc}},
     {KrCurveKind::kLinear, KrCurveKind::kEllipArc,
      {closestLineEllipse, projClosestLineEllipse, localClosestLineEllipse, intersectLineEllipse}},
     {KrCurveKind::kCircArc, KrCurveKind::kEllipArc,

@@ -45,12 +45,13 @@ TEST(KrGeEntity3d, KindOf_IsTheFixedListOfEachClass) {
   const KrGeBoundBlock3d block;
   const KrGePointEnt3d point;
   const KrGePointOnCurve3d onCurve;
+  const KrGeCurveCurveInt3d intersection;
   const struct {
     const KrGeEntity3d* entity;
     std::vector<int> kinds;
   } rows[] = {// own type first
               {&line, {19, 21, 15, 1}}, {&segment, {23, 21, 15, 1}}, {&plane, {25, 24, 28, 1}}, {&block, {62, 1}},
-              {&point, {5, 1}},         {&onCurve, {7, 3, 1}}};
+              {&point, {5, 1}},         {&onCurve, {7, 3, 1}},        {&intersection, {60, 1}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.kinds[0]);
     EXPECT_EQ(row.entity->type(), row.kinds[0]);

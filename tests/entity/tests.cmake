@@ -10,6 +10,10 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/KrGePlane_test.cpp
   entity/KrGePlaneOps_test.cpp
   entity/KrGePointOnCurve3d_test.cpp
+  entity/KrGeCurveCurveInt3d_test.cpp
+  entity/TangentConstruction_test.cpp
+  entity/KrGeCircArc3d_test.cpp
+  entity/ArcRelations_test.cpp
   entity/KrGeEllipArc3d_test.cpp
   entity/EllipseRelations_test.cpp
   # The conic solvers are hidden inside the library; the program compiles them to test them

@@ -1,0 +1,244 @@
+#include "entity/relation/line_arc_geometry.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "entity/linear/linear_closest.h"
+
+KrCircle krCircleOf(const KrArcFrame& frame) {
+  KrCircle circle;
+  circle.center = frame.center;
+  circle.n = frame.normal;
+  circle.u = frame.refVec;
+  circle.v = frame.yAxis();
+  circle.radius = frame.radius;
+  if (frame.radius < 0.0) {
+    circle.radius = -frame.radius;
+    circle.u.negate();
+    circle.v.negate();
+  }
+  circle.start = frame.startAng;
+  circle.sweep = frame.sweep > 0.0 ? frame.sweep : 0.0;
+  circle.full = frame.sweep >= kKrRelTwoPi;
+  return circle;
+}
+
+KrArcFrame krFrameOf(const KrCircle& circle) {
+  KrArcFrame frame;
+  frame.center = circle.center;
+  frame.normal = circle.n;
+  frame.refVec = circle.u;
+  frame.radius = circle.radius;
+  frame.startAng = circle.start;
+  frame.sweep = circle.sweep;
+  return frame;
+}
+
+bool krIsFinite(const KrLinearSpan& span) {
+  return krIsFinite(span.origin) && krIsFinite(span.direction) && span.lower == span.lower &&
+         span.upper == span.upper && span.lower <= span.upper;
+}
+
+
+double krArcOffset(const KrCircle& circle, double angle) {
+  double offset = angle - circle.start;
+  if (offset >= 0.0 && offset < kKrRelTwoPi) return offset;
+  if (offset < 0.0 && offset >= -kKrRelTwoPi) {
+    offset += kKrRelTwoPi;
+    return offset < kKrRelTwoPi ? offset : 0.0;
+  }
+  offset -= kKrRelTwoPi * std::floor(offset / kKrRelTwoPi);
+  // The reduction can round up to 2 pi itself, which is the start again.
+  return offset >= kKrRelTwoPi || offset < 0.0 ? 0.0 : offset;
+}
+
+double krAngleOutsideArc(const KrCircle& circle, double angle) {
+  const double offset = krArcOffset(circle, angle);
+  if (circle.full || offset <= circle.sweep) return 0.0;
+  return std::min(offset - circle.sweep, kKrRelTwoPi - offset);
+}
+
+double krArcParamWithin(const KrCircle& circle, double angle, double slack) {
+  const double offset = krArcOffset(circle, angle);
+  if (circle.full || offset <= circle.sweep) return circle.start + offset;
+  const double pastEnd = offset - circle.sweep;
+  const double beforeStart = kKrRelTwoPi - offset;
+  if (pastEnd <= beforeStart) return pastEnd <= slack ? circle.start + circle.sweep : std::nan("");
+  return beforeStart <= slack ? circle.start : std::nan("");
+}
+
+KrTurn krClosestArcTurn(const KrCircle& circle, const KrGePoint3d& point) {
+  const KrGeVector3d w = point - circle.center;
+  const double x = w.dotProduct(circle.u);
+  const double y = w.dotProduct(circle.v);
+  if (x == 0.0 && y == 0.0) return krTurnOf(circle.start);
+  KrTurn turn = krTurnTowards(x, y);
+  const double offset = krArcOffset(circle, turn.angle);
+  turn.angle = circle.start + offset;
+  if (circle.full || offset <= circle.sweep) return turn;
+  // Off the arc the distance grows with the angle to an end, so the nearer end in angle wins.
+  return krTurnOf(offset - circle.sweep < kKrRelTwoPi - offset ? circle.start + circle.sweep : circle.start);
+}
+
+double krClosestArcParam(const KrCircle& circle, const KrGePoint3d& point) {
+  return krClosestArcTurn(circle, point).angle;
+}
+
+namespace {
+
+// The projected ellipse in its axis frame, scaled so that the major semi-axis is 1 (the radius);
+// the minor one is beta = |cos| of the angle between line and normal, kappa = 1 - beta^2. The
+// foot of a normal from (x0, y0) (both >= 0) has the Lagrange form x = x0 / (s + kappa),
+// y / beta = beta y0 / s with s a root of F(s) = x^2 + (y / beta)^2 - 1, s shifted so that the
+// nearest point has s > 0. F is convex on each side of its poles (-kappa and 0).
+struct Ellipse {
+  double x0, by, kappa;
+  double f(double s) const {
+    const double x = x0 / (s + kappa), y = by / s;
+    return x * x + y * y - 1.0;
+  }
+  // Newton from a point where F >= 0 towards the root on the side it slopes down to. Convexity
+  // keeps every iterate on that side of the root, so the iteration is monotone; it ends when F
+  // stops being positive or a step no longer moves.
+  double newtonToRoot(double s) const {
+    for (int i = 0; i < 100; ++i) {
+      const double x = x0 / (s + kappa), y = by / s;
+      const double value = x * x + y * y - 1.0;
+      if (!(value > 0.0)) break;
+      const double slope = -2.0 * (x * x / (s + kappa) + y * y / s);
+      const double next = s - value / slope;
+      if (next == s || !std::isfinite(next)) break;
+      s = next;
+    }
+    return s;
+  }
+  // The root in [low, high] (F(low) >= 0 >= F(high)) with s > 0. Newton on F from the left is
+  // safe but crawls near the poles, where F ~ c / s^2; Newton on G = (F + 1)^(-1/2) - 1, which
+  // is nearly linear both there and far out, is taken instead when it stays in the bracket
+  // (and, from the left, goes farther). Ends when the bracket is down to a few units in the last
+  // place, or after a step below 1e-9 relative: convergence is quadratic by then, so the error
+  // left is far below the rounding.
+  double nearestRoot(double low, double high) const {
+    double s = low;
+    for (int i = 0; i < 100; ++i) {
+      const double a = 1.0 / (s + kappa), b = 1.0 / s;
+      const double x = x0 * a, y = by * b;
+      const double q = x * x + y * y;
+      const double w = x * x * a + y * y * b;  // -F'(s) / 2
+      const double linear = s + q * (std::sqrt(q) - 1.0) / w;
+      double next;
+      if (q >= 1.0) {
+        low = s;
+        next = s + (q - 1.0) / (2.0 * w);
+        if (linear > next && linear < high) next = linear;
+      } else {
+        high = s;
+        next = linear > low ? linear : 0.5 * (low + high);
+      }
+      if (!std::isfinite(next) || high - low <= 4e-16 * high) break;
+      const bool small = std::fabs(next - s) <= 1e-9 * next;
+      s = next;
+      if (small) break;
+    }
+    return s;
+  }
+};
+
+}  // namespace
+
+// The squared distance from a circle point to the line is the squared distance, in the plane
+// across the line, from the line's trace to the circle's shadow: an ellipse with semi-axes R
+// (across the in-plane part of the line direction) and R |e.n|. Its critical points are those
+// of the classic point-ellipse problem, solved in the Lagrange form above without trigonometry:
+// the nearest foot is the root with s > 0 (one, F decreasing there); a second local minimum and
+// its maximum are the two roots in (-kappa, 0), where F is convex with its least value at
+// s = -kappa / (1 + (x0 / (beta y0))^(2/3)). The shadow's axes come from the line direction in
+// the circle's frame: f1 along its in-plane part, f2 across it, g1 = e_n f1 - e_2 n the image of
+// f1 divided by e_n, written without the cancelling difference f1 - e_2 e.
+int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVector3d& direction, bool all,
+                       KrTurn* turns) {
+  const KrGeVector3d e = direction / direction.length();
+  const double eu = e.dotProduct(c.u), ev = e.dotProduct(c.v), en = e.dotProduct(c.n);
+  const double kappa = eu * eu + ev * ev;
+  const double e2 = std::sqrt(kappa);
+  const double cphi = e2 > 0.0 ? eu / e2 : 1.0, sphi = e2 > 0.0 ? ev / e2 : 0.0;
+  const KrGeVector3d q = base - c.center;
+  const double qu = q.dotProduct(c.u), qv = q.dotProduct(c.v), qn = q.dotProduct(c.n);
+  const double bigX = (cphi * qv - sphi * qu) / c.radius;
+  const double bigY = (en * (cphi * qu + sphi * qv) - e2 * qn) / c.radius;
+
+  int count = 0;
+  const auto emitStart = [&] {
+    const KrTurn start = krTurnOf(c.start);
+    turns[count++] = KrTurn{std::atan2(start.sine, start.cosine), start.cosine, start.sine};
+  };
+  // The shadow point (sin psi, e_n cos psi) belongs to the circle angle phi + psi.
+  const auto emit = [&](double cosPsi, double sinPsi) {
+    const double cosT = cphi * cosPsi - sphi * sinPsi, sinT = sphi * cosPsi + cphi * sinPsi;
+    if (!std::isfinite(cosT) || !std::isfinite(sinT)) return;  // an overflowed merging point
+    if (cosT == 0.0 && sinT == 0.0) return emitStart();
+    turns[count++] = krTurnTowards(cosT, sinT);
+  };
+  if (!std::isfinite(bigX) || !std::isfinite(bigY) || !std::isfinite(kappa)) {
+    emitStart();
+    return count;
+  }
+  const double x0 = std::fabs(bigX), y0 = std::fabs(bigY);
+  const double sx = bigX < 0.0 ? -1.0 : 1.0, sy = bigY < 0.0 ? -1.0 : 1.0, sn = en < 0.0 ? -1.0 : 1.0;
+  const double by = std::fabs(en) * y0;
+  if (kappa == 0.0 && x0 == 0.0 && y0 == 0.0) {
+    emitStart();  // the axis itself: every point is as near
+    return count;
+  }
+  if (!(by > 0.0)) {
+    // The trace on the major axis line, or a shadow flattened to a segment (line parallel to the
+    // plane): x = x0 / kappa inside the evolute, else the vertex; mirror twins across the axis.
+    const double x = kappa > 0.0 ? std::min(x0 / kappa, 1.0) : 1.0;
+    const double side = std::sqrt(std::max(0.0, (1.0 - x) * (1.0 + x)));
+    emit(side, sx * x);
+    if (all && side > 0.0) emit(-side, sx * x);
+    return count;
+  }
+  if (x0 == 0.0) {
+    // On the minor axis: the near co-vertex, and the far one as the other candidate.
+    emit(sy * sn, 0.0);
+    if (all) emit(-sy * sn, 0.0);
+    return count;
+  }
+  const Ellipse ellipse{x0, by, kappa};
+  // The root lies in [max(beta y0, x0 - kappa), hypot(x0, beta y0)]: F >= 0 at the lower end
+  // (one of its terms is 1) and <= 0 at the upper one.
+  const double s = ellipse.nearestRoot(std::max(by, x0 - kappa), std::sqrt(x0 * x0 + by * by));
+  emit(sy * sn * by / s, sx * x0 / (s + kappa));
+  if (!all || !(kappa > 0.0)) return count;
+
+  const double ratio = x0 / by;
+  const double least = -kappa / (1.0 + std::cbrt(ratio * ratio));
+  const double lowest = ellipse.f(least);
+  if (lowest < 0.0) {
+    // F = 1 on the x term at x0 - kappa and on the y term at -beta y0: both outside the roots.
+    const double left = ellipse.newtonToRoot(x0 - kappa);
+    const double right = ellipse.newtonToRoot(-by);
+    emit(sy * sn * by / left, sx * x0 / (left + kappa));
+    emit(sy * sn * by / right, sx * x0 / (right + kappa));
+  } else if (lowest <= 1e-10) {
+    emit(sy * sn * by / least, sx * x0 / (least + kappa));  // the pair about to merge, or just merged
+  }
+  return count;
+}
+
+double krValleyResolution(double a, double b, double d, double noise) {
+  // The trace is within a factor 2 of the largest eigenvalue, enough for a resolution.
+  const double trace = a + d, det = a * d - b * b;
+  return trace > 0.0 && det > 0.0 ? std::sqrt(noise * trace / det) : std::numeric_limits<double>::infinity();
+}
+
+double krEffectiveTolerance(double magnitude, double tol) {
+  // 10^(ceil(log10 m) - 14) <= m * 1e-13, so below tol whenever m * 1e-13 is.
+  if (magnitude * 1e-13 <= tol) return tol;
+  return krEffectiveEqualPoint(KrGePoint3d(magnitude, 0.0, 0.0), KrGePoint3d::kOrigin, tol);
+}
+
+double krMagnitude(const KrGePoint3d& point, double extent) {
+  return std::max({std::fabs(point.x), std::fabs(point.y), std::fabs(point.z)}) + extent;
+}
