@@ -64,6 +64,15 @@ class KrEllipticArc3dImpl;
 //   area(start, end): the segment between the arc and its chord, (a b / 2)(d - sin d) for the
 //     span d <= 2 pi; false beyond a turn or for non-finite parameters.
 //   getSplitCurves, explode: new arcs of the same ellipse with the same parametrisation.
+//   evalPoint(param, n): the k-th derivative turns (cos, sin) by k quarter turns; a negative n
+//     reports "(numDeriv<0)" and gives none, more than 1048576 give 1048576 with
+//     "KrEllipArc3dImpl::evalPoint - numDeriv above 1048576, 1048576 used".
+//   getSamplePoints(numSample): evenly in the parameter; below 2 "(numSamples<2)" (that many
+//     given), above 1048576 "KrEllipArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576
+//     used". getSamplePoints(from, to, approxEps): the circular arc's count for the major radius
+//     (the affine image of a chord keeps its sagitta below the circle's), "(approxEps<0)" for a
+//     negative approxEps; a non-finite parameter empties both arrays with
+//     "KrEllipArc3dImpl::getSamplePoints - non-finite parameter range, no points".
 //   getTrimmedOffset: not provided (an ellipse's offset is no conic): the not-implemented
 //     assertion, the list unchanged.
 class KRGEL_API KrGeEllipArc3d : public KrGeCurve3d {
