@@ -4,15 +4,20 @@
 #                     example scene with krgemon attached, prints the results, writes one SVG per
 #                     scene into build/demo/ and prints the monitor's lines
 #   ./setup.sh test   installs what is missing, builds and runs the whole test suite in the
-#                     release build and in the AddressSanitizer+UBSan build (warnings are errors)
+#                     release build and in the AddressSanitizer+UBSan build (warnings are errors),
+#                     then the Windows build (MinGW-w64) and the same suite under headless Wine
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3)
 
+# installMissing [PACKAGE...] (default: the Linux build's packages); extra apt-get options in
+# aptOptions.
+aptOptions=()
 installMissing() {
-  local missing=() package
-  for package in "${packages[@]}"; do
+  local missing=() package wanted=("$@")
+  ((${#wanted[@]} > 0)) || wanted=("${packages[@]}")
+  for package in "${wanted[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
   done
   ((${#missing[@]} == 0)) && return 0
@@ -22,7 +27,7 @@ installMissing() {
   fi
   export DEBIAN_FRONTEND=noninteractive
   apt-get update
-  apt-get install -y "${missing[@]}"
+  apt-get install -y "${aptOptions[@]}" "${missing[@]}"
 }
 
 monitorPid=""
@@ -69,8 +74,24 @@ runTests() {
   done
 }
 
+# The Windows build (MinGW-w64 cross compiler) and its whole test suite under headless Wine.
+readonly windowsPackages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
+runWindowsTests() {
+  aptOptions=(--no-install-recommends)
+  installMissing "${windowsPackages[@]}"
+  local started=$SECONDS
+  tools/wine/headless-wine.sh start "$PWD/build/wine"
+  trap 'tools/wine/headless-wine.sh stop "$PWD/build/wine"' EXIT
+  cmake --preset windows
+  cmake --build --preset windows
+  ctest --preset windows
+  tools/wine/headless-wine.sh stop "$PWD/build/wine"
+  trap - EXIT
+  echo "setup.sh: Windows build and tests took $((SECONDS - started)) s"
+}
+
 case "${1:-}" in
   demo) installMissing; runDemo ;;
-  test) installMissing; runTests ;;
+  test) installMissing; runTests; runWindowsTests ;;
   *) echo "usage: $0 demo|test" >&2; exit 2 ;;
 esac

@@ -1,7 +1,11 @@
 #include "KrsArray.h"
 
 #include "testkit/MonitorCapture.h"
+#if defined(_WIN32)
+#include "testkit/win32/WindowsKit.h"
+#else
 #include "testkit/Process.h"
+#endif
 
 #include <gtest/gtest.h>
 
@@ -284,7 +288,11 @@ TEST(KrsArraySwitches, MoveOrFillTheBlockAsTheSettingsSay) {
     SCOPED_TRACE(row.settings);
     testkit::ScratchDir dir;
     ASSERT_TRUE(dir.ok() && dir.copyLibrary() && dir.write("lw.ini", row.settings));
+#if defined(_WIN32)  // the loader takes the library beside the program
+    testkit::ChildProcess probe({dir.copyProgram("krgel_probe_host.exe")});
+#else
     testkit::ChildProcess probe({{KRGEL_PROBE_HOST}, testkit::libraryEnvironment(dir, dir.file("no-monitor")), {}, -1});
+#endif
     EXPECT_EQ(probe.call(row.command), row.expected);
     probe.closeInput();
     EXPECT_EQ(probe.wait(10000), 0);

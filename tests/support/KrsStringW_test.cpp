@@ -36,6 +36,9 @@ TEST(KrsStringW, Format_TruncatesAt2047Characters) {
     for (std::size_t i = 0; i < input.size(); i += 7) input[i] = static_cast<wchar_t>(L'0' + i % 10);
     EXPECT_EQ(format(L"%s", input.c_str()), input.substr(0, 2047));
   }
+  // A character outside the 16-bit range is kept whole or dropped, never cut in half.
+  const std::wstring clef = std::wstring(2046, L'a') + L"\U0001D11E";
+  EXPECT_EQ(format(L"%s", clef.c_str()), sizeof(wchar_t) == 2 ? clef.substr(0, 2046) : clef);
 }
 
 TEST(KrsStringW, CopiesAreDeepAndEmptyIsShared) {

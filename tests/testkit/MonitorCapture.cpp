@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <mutex>
@@ -14,6 +15,7 @@
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -98,16 +100,9 @@ void MonitorCapture::startReader() {
 }
 bool MonitorCapture::active() { return monitorFd() >= 0 && KrsModule::assertOn; }
 
-std::string assertionText(const std::string& expression, const std::string& source, int line) {
-  return "KrsAssertion failed;\r\nExpression: '" + expression + "'\r\nFile: '" + source + "; Line: " +
-         std::to_string(line) + ";\nDebug?";
-}
-
-int countMessage(const std::vector<Record>& records, const std::string& message) {
-  int n = 0;
-  for (const Record& r : records) n += r.message == message;
-  return n;
-}
+unsigned currentProcessId() { return static_cast<unsigned>(getpid()); }
+unsigned currentThreadId() { return static_cast<unsigned>(syscall(SYS_gettid)); }
+std::string executableName() { return program_invocation_short_name; }
 
 void enterMonitoredProcess(int argc, char** argv, const char* settings) {
   if (std::getenv(kFdVariable)) return;
@@ -143,6 +138,17 @@ void enterMonitoredProcess(int argc, char** argv, const char* settings) {
   // The directory is removed by the monitored process when it ends.
   setenv("KRGEL_TEST_DIR", directory.c_str(), 1);
   execv("/proc/self/exe", argv);
+}
+
+void leaveMonitoredProcess() {
+  const char* dir = std::getenv("KRGEL_TEST_DIR");
+  if (!dir) return;
+  if (DIR* listing = opendir(dir)) {
+    while (const dirent* entry = readdir(listing))
+      if (entry->d_name[0] != '.') unlink((std::string(dir) + "/" + entry->d_name).c_str());
+    closedir(listing);
+  }
+  rmdir(dir);
 }
 
 }  // namespace testkit

@@ -42,9 +42,17 @@ std::string assertionText(const std::string& expression, const std::string& sour
 // Count of records whose message equals `message`.
 int countMessage(const std::vector<Record>& records, const std::string& message);
 
+// The running process as a record names it: process id, the calling thread's id, and the file
+// name of the executable.
+unsigned currentProcessId();
+unsigned currentThreadId();
+std::string executableName();
+
 // Re-executes the test program under the monitor (beside a copy of the library and an lw.ini
 // holding `settings`); called first thing by the test main(). Returns, and the caller simply goes
 // on, when the program is already monitored, only lists its tests, or the set-up failed.
 void enterMonitoredProcess(int argc, char** argv, const char* settings);
+// Ends the monitored run (called last by the test main): the private directory is removed.
+void leaveMonitoredProcess();
 
 }  // namespace testkit

@@ -4,12 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <string>
-
 // Under AddressSanitizer an allocation that cannot be served must answer null, as the heap does
 // in production, so the containers' out-of-memory paths can be tested however the program is run.
 #if defined(__SANITIZE_ADDRESS__)
@@ -28,13 +22,6 @@ int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
   testkit::MonitorCapture::startReader();
   const int result = RUN_ALL_TESTS();
-  if (const char* dir = std::getenv("KRGEL_TEST_DIR")) {
-    if (DIR* listing = opendir(dir)) {
-      while (const dirent* entry = readdir(listing))
-        if (entry->d_name[0] != '.') unlink((std::string(dir) + "/" + entry->d_name).c_str());
-      closedir(listing);
-    }
-    rmdir(dir);
-  }
+  testkit::leaveMonitoredProcess();
   return result;
 }
