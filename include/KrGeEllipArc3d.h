@@ -34,6 +34,47 @@ class KrEllipticArc3dImpl;
 //   angles: "KrEllipArc3dImpl::setAngles - angle not finite, full ellipse used" (start 0).
 //
 // Tolerances: distances on tol.equalPoint(), directions on tol.equalVector(), "<=" within.
+//
+// Curve operations, where they go beyond the generic contract:
+//   transformBy(any affine map, non-uniform scales, shears and mirrors included): the image is
+//     the ellipse with the mapped conjugate semi-diameters in principal form; it holds the image
+//     of the point at t at the parameter t - s for one constant s (0 for similarities), so the
+//     angles move by -s and the sweep is kept. A map that flattens the ellipse leaves minor radius
+//     0 with "KrEllipArc3dImpl::transformBy - ellipse became degenerated, minor radius 0 used"; a
+//     non-finite map changes nothing ("KrEllipArc3dImpl::transformBy - matrix not finite,
+//     ellipse unchanged").
+//   project(plane, dir): the image arc in the same principal form (its parameters shifted by a
+//     constant), the segment it covers when it is flat within tol.equalPoint(), a point entity
+//     when it is that small; null for a zero direction or one within the plane.
+//   length(from, to): the exact incomplete elliptic integral, relative error ~1e-15 for every
+//     ratio of the radii and every span; paramAtLength inverts it to the same accuracy.
+//   closestPointTo(point): the global nearest point of the arc (the whole ellipse's when the arc
+//     holds it, else the nearer end or the other local minimum), right to a few ulps of the
+//     radii also at the centre, on the axes and on the evolute. The centre of a circle answers
+//     the start point.
+//   closestPointTo(curve) with lines, segments, circular and elliptical arcs: the global minimum
+//     of the distance along this arc (branch and bound on its Lipschitz bound, then exact
+//     refinement); intersections with them through KrGeCurveCurveInt3d (at most four points).
+//   paramOf(point): the end's own parameter within tol.equalPoint() of an end; otherwise the
+//     parameter of the whole ellipse's nearest point, placed next to the arc's range.
+//   isPeriodic: true, with 2 pi, for a full ellipse. isLinear: the major axis when the minor
+//     radius is within tol.equalPoint(). isDegenerate: a segment (kLineSeg3d, the part of the
+//     major axis the arc covers) when the minor radius is within tol.equalPoint(), a point
+//     (kPosition3d, the centre) when the major radius is too.
+//   area(start, end): the segment between the arc and its chord, (a b / 2)(d - sin d) for the
+//     span d <= 2 pi; false beyond a turn or for non-finite parameters.
+//   getSplitCurves, explode: new arcs of the same ellipse with the same parametrisation.
+//   evalPoint(param, n): the k-th derivative turns (cos, sin) by k quarter turns; a negative n
+//     reports "(numDeriv<0)" and gives none, more than 1048576 give 1048576 with
+//     "KrEllipArc3dImpl::evalPoint - numDeriv above 1048576, 1048576 used".
+//   getSamplePoints(numSample): evenly in the parameter; below 2 "(numSamples<2)" (that many
+//     given), above 1048576 "KrEllipArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576
+//     used". getSamplePoints(from, to, approxEps): the circular arc's count for the major radius
+//     (the affine image of a chord keeps its sagitta below the circle's), "(approxEps<0)" for a
+//     negative approxEps; a non-finite parameter empties both arrays with
+//     "KrEllipArc3dImpl::getSamplePoints - non-finite parameter range, no points".
+//   getTrimmedOffset: not provided (an ellipse's offset is no conic): the not-implemented
+//     assertion, the list unchanged.
 class KRGEL_API KrGeEllipArc3d : public KrGeCurve3d {
 public:
   // The unit circle in the XY plane: centre origin, major axis +X, minor axis +Y, full.

@@ -16,6 +16,8 @@ namespace {
 
 constexpr const char* kSource = "KrEllipArc3dImpl";
 constexpr double kHalfPi = 1.5707963267948966;
+// The most samples or derivatives one call fills in (8 to 16 MB).
+constexpr int kMaxCount = 1 << 20;
 
 bool isFinite(const KrGeVector3d& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
 bool isFinite(const KrGePoint3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
@@ -234,7 +236,11 @@ KrGeCurve3dImpl& KrEllipticArc3dImpl::setInterval() {
 // The k-th derivative of cos t X + sin t Y is cos(t + k pi/2) X + sin(t + k pi/2) Y.
 KrGePoint3d KrEllipticArc3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const {
   KRS_FAIL_IF(numDeriv<0);
-  const int count = numDeriv > 0 ? numDeriv : 0;
+  int count = numDeriv > 0 ? numDeriv : 0;
+  if (count > kMaxCount) {
+    KRS_WARN_AT("KrEllipArc3dImpl::evalPoint - numDeriv above 1048576, 1048576 used", kSource, __LINE__);
+    count = kMaxCount;
+  }
   derivArray.SetSize(count);
   const KrGeVector3d x = m_frame.majorAxis * m_frame.majorRadius;
   const KrGeVector3d y = m_frame.minorAxis * m_frame.minorRadius;
@@ -252,6 +258,10 @@ KrGePoint3d KrEllipticArc3dImpl::evalPoint(double param, int numDeriv, KrsArray<
 
 void KrEllipticArc3dImpl::getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const {
   KRS_CHECK_TEXT_AT(!(numSample < 2), "(numSamples<2)", __FILE__, __LINE__);
+  if (numSample > kMaxCount) {
+    KRS_WARN_AT("KrEllipArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used", kSource, __LINE__);
+    numSample = kMaxCount;
+  }
   krSampleArc(m_frame.startAng, m_frame.endAng(), numSample, m_frame.center, m_frame.majorAxis * m_frame.majorRadius,
               m_frame.minorAxis * m_frame.minorRadius, pointArray, nullptr);
 }
@@ -261,6 +271,12 @@ void KrEllipticArc3dImpl::getSamplePoints(int numSample, KrsArray<KrGePoint3d>& 
 void KrEllipticArc3dImpl::getSamplePoints(double fromParam, double toParam, double approxEps,
                                           KrsArray<KrGePoint3d>& pointArray, KrsArray<double>& paramArray) const {
   KRS_CHECK_TEXT_AT(!(approxEps < 0), "(approxEps<0)", __FILE__, __LINE__);
+  if (!std::isfinite(fromParam) || !std::isfinite(toParam)) {
+    KRS_WARN_AT("KrEllipArc3dImpl::getSamplePoints - non-finite parameter range, no points", kSource, __LINE__);
+    pointArray.SetSize(0);
+    paramArray.SetSize(0);
+    return;
+  }
   const int count = krArcSampleCount(fromParam, toParam, approxEps, m_frame.majorRadius);
   krSampleArc(fromParam, toParam, count, m_frame.center, m_frame.majorAxis * m_frame.majorRadius,
               m_frame.minorAxis * m_frame.minorRadius, pointArray, &paramArray);

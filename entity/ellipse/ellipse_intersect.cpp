@@ -263,15 +263,24 @@ int krEllipseLineHits(const KrEllipseFrame& frame, const KrLinearSpan& line, dou
     }
   }
   if (dz != 0.0) {
-    // Where the line crosses the plane: a meeting point when within tol of the ellipse. The
-    // ellipse scaled by rho through the point stays at least |rho - 1| b away from it.
+    // Where the line crosses the plane: a meeting point when within tol of the ellipse. Outside
+    // the ellipse's box grown by tol it cannot be; and the ellipse scaled by rho through the point
+    // stays at least |rho - 1| b away from it (the least gap of nested ellipses is at the minor
+    // vertices).
     const double sigma = -z0 / dz;
     const double px = x0 + sigma * dx;
     const double py = y0 + sigma * dy;
-    const double rho = b > 0.0 ? std::hypot(px / a, py / b) : 1.0;
-    if (std::isfinite(rho) && std::fabs(rho - 1.0) * b <= tol) {
-      const KrEllipseFoot foot = krEllipseNearest(a, b, px, py);
-      if (std::hypot(foot.x - px, foot.y - py) <= tol) consider(sigma, foot.x, foot.y);
+    if (std::fabs(px) <= a + tol && std::fabs(py) <= b + tol) {
+      bool near = true;
+      if (b > tol) {
+        const double u = px / a;
+        const double v = py / b;
+        near = std::fabs(std::sqrt(u * u + v * v) - 1.0) * b <= tol;
+      }
+      if (near) {
+        const KrEllipseFoot foot = krEllipseNearest(a, b, px, py);
+        if (std::hypot(foot.x - px, foot.y - py) <= tol) consider(sigma, foot.x, foot.y);
+      }
     }
   }
   return count;

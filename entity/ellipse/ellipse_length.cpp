@@ -28,6 +28,69 @@ void smallSinCos(double x, double& s, double& c) {
       x2 * (1.0 / 479001600.0 + x2 * (-1.0 / 87178291200.0 + x2 * (1.0 / 20922789888000.0))))))));
 }
 
+// Carlson's duplication x <- (x + l) / 4 with l = sqrt(x y) + sqrt(y z) + sqrt(z x) shrinks the
+// spread of the arguments fourfold per step and leaves RF invariant, RD up to the running sum of
+// 3 * 4^-m / (sqrt(z) (z + l)). The stopping bounds are (3r)^(-1/6) and (r/4)^(-1/6) times the
+// initial spread for r = 1e-16; then the fifth-order expansions in the normalised deviations.
+// Lanes run side by side (their square roots overlap in the pipeline); a lane that has converged
+// keeps stepping until all have, which only shrinks its expansion's error.
+template <int N>
+void carlsonLanes(const double* xs, const double* ys, const double* zs, double* rf, double* rd) {
+  double x[N], y[N], z[N], meanF0[N], meanD0[N], meanF[N], meanD[N], spreadF[N], spreadD[N], sum[N];
+  for (int i = 0; i < N; ++i) {
+    x[i] = xs[i];
+    y[i] = ys[i];
+    z[i] = zs[i];
+    meanF0[i] = meanF[i] = (x[i] + y[i] + z[i]) / 3.0;
+    meanD0[i] = meanD[i] = (x[i] + y[i] + 3.0 * z[i]) / 5.0;
+    const double deviationF = std::fmax(std::fabs(meanF0[i] - x[i]), std::fmax(std::fabs(meanF0[i] - y[i]), std::fabs(meanF0[i] - z[i])));
+    const double deviationD = std::fmax(std::fabs(meanD0[i] - x[i]), std::fmax(std::fabs(meanD0[i] - y[i]), std::fabs(meanD0[i] - z[i])));
+    spreadF[i] = 386.0 * deviationF;
+    spreadD[i] = 585.0 * deviationD;
+    sum[i] = 0.0;
+  }
+  double power = 1.0;  // 4^-n
+  for (int n = 0; n < 60; ++n) {
+    bool converged = true;
+    for (int i = 0; i < N; ++i)
+      converged = converged && spreadF[i] * power < std::fabs(meanF[i]) && spreadD[i] * power < std::fabs(meanD[i]);
+    if (converged) break;
+    for (int i = 0; i < N; ++i) {
+      const double sx = std::sqrt(x[i]);
+      const double sy = std::sqrt(y[i]);
+      const double sz = std::sqrt(z[i]);
+      const double lambda = sx * (sy + sz) + sy * sz;
+      sum[i] += power / (sz * (z[i] + lambda));
+      x[i] = (x[i] + lambda) * 0.25;
+      y[i] = (y[i] + lambda) * 0.25;
+      z[i] = (z[i] + lambda) * 0.25;
+      meanF[i] = (meanF[i] + lambda) * 0.25;
+      meanD[i] = (meanD[i] + lambda) * 0.25;
+    }
+    power *= 0.25;
+  }
+  for (int i = 0; i < N; ++i) {
+    const double xf = (meanF0[i] - xs[i]) * power / meanF[i];
+    const double yf = (meanF0[i] - ys[i]) * power / meanF[i];
+    const double zf = -(xf + yf);
+    const double f2 = xf * yf - zf * zf;
+    const double f3 = xf * yf * zf;
+    rf[i] = (1.0 - f2 / 10.0 + f3 / 14.0 + f2 * f2 / 24.0 - 3.0 * f2 * f3 / 44.0) / std::sqrt(meanF[i]);
+    const double xd = (meanD0[i] - xs[i]) * power / meanD[i];
+    const double yd = (meanD0[i] - ys[i]) * power / meanD[i];
+    const double zd = -(xd + yd) / 3.0;
+    const double xy = xd * yd;
+    const double zz = zd * zd;
+    const double e2 = xy - 6.0 * zz;
+    const double e3 = (3.0 * xy - 8.0 * zz) * zd;
+    const double e4 = 3.0 * (xy - zz) * zz;
+    const double e5 = xy * zz * zd;
+    const double series = 1.0 - 3.0 * e2 / 14.0 + e3 / 6.0 + 9.0 * e2 * e2 / 88.0 - 3.0 * e4 / 22.0 -
+                          9.0 * e2 * e3 / 52.0 + 3.0 * e5 / 26.0;
+    rd[i] = power * series / (meanD[i] * std::sqrt(meanD[i])) + 3.0 * sum[i];
+  }
+}
+
 // The ellipse with a = 1: b = beta, gamma = 1 - beta^2 = (1 - beta)(1 + beta).
 struct Shape {
   double beta;
@@ -35,31 +98,38 @@ struct Shape {
   double gamma;
 };
 
-// Length from the major vertex (t = 0) to the point at angle d in [0, pi/2], whose sine and
-// cosine are s, c (a = 1). With X = beta^2 c^2, Y = X + s^2,
+// The length (a = 1) from the major vertex t = 0 to the angle d in [0, pi/2] of sine s and
+// cosine c is, with X = beta^2 c^2 and Y = X + s^2,
 //   L0 = beta^2 s RF(X, Y, beta^2) + gamma beta^2 s^3 RD(X, Y, beta^2) / 3,
 // Legendre's E(d | -gamma / beta^2) scaled by beta: both terms are positive, so nothing cancels
-// however flat the ellipse. b = 0 is the segment: 1 - c = s^2 / (1 + c).
-double fromMajorVertex(const Shape& shape, double s, double c) {
-  if (shape.beta2 == 0.0) return s * s / (1.0 + c);
-  const double x = shape.beta2 * c * c;
-  double rf = 0.0;
-  double rd = 0.0;
-  krCarlsonRfRd(x, x + s * s, shape.beta2, rf, rd);
-  return shape.beta2 * s * (rf + shape.gamma * s * s * rd / 3.0);
-}
-
-// The quarter length (a = 1): from the major vertex to the minor one.
-double quarter(const Shape& shape) { return fromMajorVertex(shape, 1.0, 0.0); }
-
-// t = k pi + d with d in [-pi/2, pi/2], reduced with pi in three parts so that d keeps its
-// relative accuracy next to a major vertex; answers k and the signed length sign(d) L0(|d|) from
-// the major vertex k pi.
-double fromNearestMajorVertex(const Shape& shape, double t, double& k) {
-  k = std::nearbyint(t / kPi);
-  const double d = ((t - k * kPiA) - k * kPiB) - k * kPiC;
-  const double half = fromMajorVertex(shape, std::sin(std::fabs(d)), std::cos(d));
-  return d < 0.0 ? -half : half;
+// however flat the ellipse; d = pi/2 gives the quarter. b = 0 is the segment: 1 - c =
+// s^2 / (1 + c). A long arc takes each end from its nearest major vertex k pi (t = k pi + d, d
+// reduced with pi in three parts so that it keeps its relative accuracy there) and adds 2 quarter
+// per half-turn between those vertices, kept apart so that they cancel exactly; the three Carlson
+// integrals run side by side.
+double longArc(const Shape& shape, double from, double to) {
+  const double kFrom = std::nearbyint(from / kPi);
+  const double kTo = std::nearbyint(to / kPi);
+  const double dFrom = ((from - kFrom * kPiA) - kFrom * kPiB) - kFrom * kPiC;
+  const double dTo = ((to - kTo * kPiA) - kTo * kPiB) - kTo * kPiC;
+  const double s[3] = {std::sin(std::fabs(dTo)), std::sin(std::fabs(dFrom)), 1.0};
+  const double c[3] = {std::cos(dTo), std::cos(dFrom), 0.0};
+  double lengths[3];
+  if (shape.beta2 == 0.0) {
+    for (int i = 0; i < 3; ++i) lengths[i] = s[i] * s[i] / (1.0 + c[i]);
+  } else {
+    double x[3], y[3], z[3], rf[3], rd[3];
+    for (int i = 0; i < 3; ++i) {
+      x[i] = shape.beta2 * c[i] * c[i];
+      y[i] = x[i] + s[i] * s[i];
+      z[i] = shape.beta2;
+    }
+    carlsonLanes<3>(x, y, z, rf, rd);
+    for (int i = 0; i < 3; ++i) lengths[i] = shape.beta2 * s[i] * (rf[i] + shape.gamma * s[i] * s[i] * rd[i] / 3.0);
+  }
+  const double ends = (dTo < 0.0 ? -lengths[0] : lengths[0]) - (dFrom < 0.0 ? -lengths[1] : lengths[1]);
+  const double turns = kTo - kFrom;
+  return turns == 0.0 ? ends : 2.0 * turns * lengths[2] + ends;
 }
 
 // Gauss-Legendre over [from, from + 2h], h <= 0.5, of sqrt(beta^2 + gamma sin^2 t) (a = 1). The
@@ -90,56 +160,7 @@ double gaussLegendre(const Shape& shape, double from, double h) {
 
 }  // namespace
 
-// Carlson's duplication x <- (x + l) / 4 with l = sqrt(x y) + sqrt(y z) + sqrt(z x) shrinks the
-// spread of the arguments fourfold per step and leaves RF invariant, RD up to the running sum of
-// 3 * 4^-m / (sqrt(z) (z + l)). The stopping bounds are (3r)^(-1/6) and (r/4)^(-1/6) times the
-// initial spread for r = 1e-16; then the fifth-order expansions in the normalised deviations.
-void krCarlsonRfRd(double x, double y, double z, double& rf, double& rd) {
-  const double meanF0 = (x + y + z) / 3.0;
-  const double meanD0 = (x + y + 3.0 * z) / 5.0;
-  const double spreadF = 386.0 * std::fmax(std::fabs(meanF0 - x), std::fmax(std::fabs(meanF0 - y), std::fabs(meanF0 - z)));
-  const double spreadD = 585.0 * std::fmax(std::fabs(meanD0 - x), std::fmax(std::fabs(meanD0 - y), std::fabs(meanD0 - z)));
-  const double x0 = x;
-  const double y0 = y;
-  double meanF = meanF0;
-  double meanD = meanD0;
-  double power = 1.0;  // 4^-n
-  double sum = 0.0;
-  for (int n = 0; n < 60; ++n) {
-    if (spreadF * power < std::fabs(meanF) && spreadD * power < std::fabs(meanD)) break;
-    const double sx = std::sqrt(x);
-    const double sy = std::sqrt(y);
-    const double sz = std::sqrt(z);
-    const double lambda = sx * (sy + sz) + sy * sz;
-    sum += power / (sz * (z + lambda));
-    power *= 0.25;
-    x = (x + lambda) * 0.25;
-    y = (y + lambda) * 0.25;
-    z = (z + lambda) * 0.25;
-    meanF = (meanF + lambda) * 0.25;
-    meanD = (meanD + lambda) * 0.25;
-  }
-  {
-    const double xf = (meanF0 - x0) * power / meanF;
-    const double yf = (meanF0 - y0) * power / meanF;
-    const double zf = -(xf + yf);
-    const double e2 = xf * yf - zf * zf;
-    const double e3 = xf * yf * zf;
-    rf = (1.0 - e2 / 10.0 + e3 / 14.0 + e2 * e2 / 24.0 - 3.0 * e2 * e3 / 44.0) / std::sqrt(meanF);
-  }
-  const double xd = (meanD0 - x0) * power / meanD;
-  const double yd = (meanD0 - y0) * power / meanD;
-  const double zd = -(xd + yd) / 3.0;
-  const double xy = xd * yd;
-  const double zz = zd * zd;
-  const double e2 = xy - 6.0 * zz;
-  const double e3 = (3.0 * xy - 8.0 * zz) * zd;
-  const double e4 = 3.0 * (xy - zz) * zz;
-  const double e5 = xy * zz * zd;
-  const double series = 1.0 - 3.0 * e2 / 14.0 + e3 / 6.0 + 9.0 * e2 * e2 / 88.0 - 3.0 * e4 / 22.0 -
-                        9.0 * e2 * e3 / 52.0 + 3.0 * e5 / 26.0;
-  rd = power * series / (meanD * std::sqrt(meanD)) + 3.0 * sum;
-}
+void krCarlsonRfRd(double x, double y, double z, double& rf, double& rd) { carlsonLanes<1>(&x, &y, &z, &rf, &rd); }
 
 double krEllipseSpeed(double a, double b, double t) {
   const double s = std::sin(t) * a;
@@ -168,13 +189,7 @@ double krEllipseArcLength(double a, double b, double from, double to) {
       return to < from ? -length : length;
     }
   }
-  // Each end is measured from its nearest major vertex; whole half-turns between those vertices
-  // add 2 quarter each, kept apart from the ends so that they cancel exactly.
-  double kFrom = 0.0;
-  double kTo = 0.0;
-  const double ends = fromNearestMajorVertex(shape, to, kTo) - fromNearestMajorVertex(shape, from, kFrom);
-  const double turns = kTo - kFrom;
-  return a * (turns == 0.0 ? ends : 2.0 * turns * quarter(shape) + ends);
+  return a * longArc(shape, from, to);
 }
 
 // Newton's step length / speed may leave the bracket where the speed is small (next to a major

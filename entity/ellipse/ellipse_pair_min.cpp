@@ -117,8 +117,8 @@ KrPairMinimum krEllipsePairMinimum(const KrEllipseFrame& frame, double lower, do
     return pair.best();
   }
   const double lipschitz = frame.majorRadius;
-  int intervals = static_cast<int>(std::ceil(32.0 * span / kKrEllipseTwoPi));
-  intervals = intervals < 8 ? 8 : (intervals > 64 ? 64 : intervals);
+  const double perTurn = std::ceil(32.0 * span / kKrEllipseTwoPi);
+  const int intervals = perTurn < 8.0 ? 8 : (perTurn > 64.0 ? 64 : static_cast<int>(perTurn));
 
   static_assert(kCapacity >= 65, "room for the first samples");
   Sample buffers[2][kCapacity];

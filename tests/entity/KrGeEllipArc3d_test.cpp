@@ -273,4 +273,14 @@ TEST(KrGeEllipArc3d, Degenerate_FlatAndPointSizedEllipsesAnswerEveryQuery) {
   const KrGePoint3d nan = dot.closestPointTo(KrGePoint3d(kNaN, 0, 0));
   EXPECT_TRUE(nan.x != nan.x || nan == KrGePoint3d(1, 2, 3));
   EXPECT_TRUE(std::isnan(KrGeEllipArc3d().length(0, kNaN)));
+  KrsArray<KrGePoint3d> points;
+  KrsArray<double> params;
+  const auto sent = warningsOf([&] {
+    KrGeEllipArc3d().getSamplePoints(1 << 21, points);
+    KrGeEllipArc3d().getSamplePoints(0, kNaN, 0.1, points, params);
+  });
+  EXPECT_EQ(sent, (std::vector<std::string>{
+                      linear_test::warningText("KrEllipArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used"),
+                      linear_test::warningText("KrEllipArc3dImpl::getSamplePoints - non-finite parameter range, no points")}));
+  EXPECT_EQ(points.GetSize() + params.GetSize(), 0);
 }
