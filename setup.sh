@@ -5,8 +5,9 @@
 #                     scene into build/demo/ and prints the monitor's lines
 #   ./setup.sh test   installs what is missing, builds and runs the whole test suite in the
 #                     release build and in the AddressSanitizer+UBSan build (warnings are errors),
-#                     the threaded test in the ThreadSanitizer build, and each fuzz target for
-#                     30 s from its seed corpus (any finding fails)
+#                     the threaded test in the ThreadSanitizer build, each fuzz target for
+#                     30 s from its seed corpus (any finding fails), then the Windows build
+#                     (MinGW-w64) and the same suite under headless Wine
 #   ./setup.sh fuzz [seconds]
 #                     the long fuzz run: each target for `seconds` (default 600)
 set -euo pipefail
@@ -15,9 +16,13 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3 clang
                    libclang-rt-dev)
 
+# installMissing [PACKAGE...] (default: the Linux build's packages); extra apt-get options in
+# aptOptions.
+aptOptions=()
 installMissing() {
-  local missing=() package
-  for package in "${packages[@]}"; do
+  local missing=() package wanted=("$@")
+  ((${#wanted[@]} > 0)) || wanted=("${packages[@]}")
+  for package in "${wanted[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
   done
   ((${#missing[@]} == 0)) && return 0
@@ -27,7 +32,7 @@ installMissing() {
   fi
   export DEBIAN_FRONTEND=noninteractive
   apt-get update
-  apt-get install -y "${missing[@]}"
+  apt-get install -y "${aptOptions[@]}" "${missing[@]}"
 }
 
 monitorPid=""
@@ -105,9 +110,25 @@ runFuzz() {
   done
 }
 
+# The Windows build (MinGW-w64 cross compiler) and its whole test suite under headless Wine.
+readonly windowsPackages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
+runWindowsTests() {
+  aptOptions=(--no-install-recommends)
+  installMissing "${windowsPackages[@]}"
+  local started=$SECONDS
+  tools/wine/headless-wine.sh start "$PWD/build/wine"
+  trap 'tools/wine/headless-wine.sh stop "$PWD/build/wine"' EXIT
+  cmake --preset windows
+  cmake --build --preset windows
+  ctest --preset windows
+  tools/wine/headless-wine.sh stop "$PWD/build/wine"
+  trap - EXIT
+  echo "setup.sh: Windows build and tests took $((SECONDS - started)) s"
+}
+
 case "${1:-}" in
   demo) installMissing; runDemo ;;
-  test) installMissing; runTests; runThreadCheck; runFuzz 30 ;;
+  test) installMissing; runTests; runThreadCheck; runFuzz 30; runWindowsTests ;;
   fuzz) installMissing; runFuzz "${2:-600}" ;;
   *) echo "usage: $0 demo|test|fuzz [seconds]" >&2; exit 2 ;;
 esac

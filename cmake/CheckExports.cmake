@@ -15,17 +15,7 @@ if(NOT status EQUAL 0)
   message(FATAL_ERROR "nm failed on ${LIBRARY}")
 endif()
 
-set(kr "Kr[A-Za-z0-9_]*")
-set(allowed
-  "^${kr}"                                                   # Kr names, KrGe:: and their members
-  "^[A-Za-z_:*& ]+ ${kr}"                                   # template functions with a return type
-  "^(vtable|typeinfo|typeinfo name|VTT|construction vtable) for ${kr}"
-  "^(non-virtual |virtual )?thunk to ${kr}"
-  "^guard variable for ${kr}"
-  "^(method(Decart|FindAllRoot))(\\(|$)"
-  "^[A-Za-z_:<>,*& ]*operator.*\\(.*Kr"                      # operators on Kr types
-  "^(_init|_fini|__bss_start|_edata|_end)$"
-  "^(__asan|__odr_asan|__ubsan|__sanitizer|__lsan)")
+include(${CMAKE_CURRENT_LIST_DIR}/PublicNamePatterns.cmake)
 
 string(REPLACE ";" "\\;" listing "${listing}")
 string(REPLACE "\n" ";" lines "${listing}")

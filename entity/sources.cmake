@@ -24,7 +24,21 @@ list(APPEND KRGEL_SOURCES
   entity/arc/KrCircArc3dImpl_relations.cpp
   entity/arc/KrCircArc3dImpl_stubs.cpp
   entity/arc/KrGeCircArc3d.cpp
+  entity/ellipse/ellipse_affine.cpp
+  entity/ellipse/ellipse_closest.cpp
+  entity/ellipse/ellipse_intersect.cpp
+  entity/ellipse/ellipse_length.cpp
+  entity/ellipse/ellipse_pair_min.cpp
+  entity/ellipse/ellipse_project.cpp
+  entity/ellipse/KrEllipticArc3dImpl.cpp
+  entity/ellipse/KrEllipticArc3dImpl_curve.cpp
+  entity/ellipse/KrEllipticArc3dImpl_relations.cpp
+  entity/ellipse/KrGeEllipArc3d.cpp
   entity/relation/KrCurveRelation.cpp
+  entity/relation/arc_ellipse.cpp
+  entity/relation/ellipse_ellipse.cpp
+  entity/relation/ellipse_pairs.cpp
+  entity/relation/line_ellipse.cpp
   entity/relation/line_line.cpp
   entity/relation/tangent_curves.cpp
   entity/relation/tangent_construction.cpp

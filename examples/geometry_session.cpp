@@ -6,6 +6,7 @@
 #include "KrGeBoundBlock3d.h"
 #include "KrGeCircArc3d.h"
 #include "KrGeCurveCurveInt3d.h"
+#include "KrGeEllipArc3d.h"
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
 #include "KrGePlane.h"
@@ -148,6 +149,27 @@ void circles() {
   }
 }
 
+// A flat ellipse: its perimeter and an arc's length, the nearest point from a point next to a
+// cusp of its evolute (where the distance is flattest), and where a circle crosses it.
+void ellipses() {
+  std::printf("\nEllipses\n");
+  const KrGeEllipArc3d oval(KrGePoint3d(0, 0, 0), KrGeVector3d(1, 0, 0), KrGeVector3d(0, 1, 0), 5.0, 2.0);
+  print("perimeter of the 5 x 2 ellipse", oval.length(0, 6.283185307179586));
+  print("length of its first quarter", oval.length(0, 1.5707963267948966));
+  print("parameter 7 units along from 0", oval.paramAtLength(0, 7));
+  // The evolute's cusp on the major axis is at (a^2 - b^2) / a = 4.2; just inside it the nearest
+  // points leave the vertex.
+  const KrGePoint3d nearCusp(4.19, 0.001, 0);
+  print("point beside the evolute's cusp", nearCusp);
+  print("its nearest point on the ellipse", oval.closestPointTo(nearCusp));
+  print("at the distance", oval.distanceTo(nearCusp));
+
+  const KrGeCircArc3d circle(KrGePoint3d(3, 1, 0), KrGeVector3d(0, 0, 1), 2.5);
+  const KrGeCurveCurveInt3d meeting(oval, circle, KrGeVector3d(0, 0, 1));
+  print("the circle about (3, 1) of radius 2.5 crosses it", meeting.numIntPoints());
+  for (int i = 0; i < meeting.numIntPoints(); ++i) print("  at", meeting.intPoint(i));
+}
+
 }  // namespace
 
 void runGeometrySession() {
@@ -155,4 +177,5 @@ void runGeometrySession() {
   segmentsAndLines();
   planeCut();
   circles();
+  ellipses();
 }

@@ -88,7 +88,9 @@ class KrCircArc3dImpl;
 //     tol.equalVector()); a KrGePointEnt3d for a degenerate arc; a new arc, the translated copy,
 //     when the arc's normal is parallel to the plane's (tol.equalVector()); a new segment (from
 //     the low to the high extreme across dir) when dir lies in the arc's plane (|cos| <=
-//     tol.equalVector()); otherwise null: the image is an ellipse (to come with elliptical arcs).
+//     tol.equalVector()); otherwise a new KrGeEllipArc3d, the affine image of the arc in principal
+//     form, which holds the image of the point at angle t at the parameter t - shift for one
+//     constant shift (a segment or a point when it is within tol.equalPoint() of one).
 //   getTrimmedOffset(distance, planeNormal): a new concentric arc of radius r + distance when the
 //     arc runs counter-clockwise about planeNormal, r - distance when clockwise (to the right of
 //     the direction of travel, as segments offset). A fillet or chamfer extension first sends

@@ -29,6 +29,7 @@
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
 #include "KrGeCircArc3d.h"
+#include "KrGeEllipArc3d.h"
 #include "KrGeBoundBlock3d.h"
 #include "KrGePlanarEnt.h"
 #include "KrGePlane.h"

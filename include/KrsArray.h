@@ -36,14 +36,20 @@ struct KrsDefaultArgType {
   using type = std::conditional_t<std::is_scalar<TYPE>::value, TYPE, TYPE&>;
 };
 
+// True when `bytes` bytes from `block` can be read, as far as the platform can tell.
+KRGEL_API bool KrsIsReadableMemory(const void* block, std::size_t bytes);
+
 namespace KrsArrayDetail {
 constexpr std::uintptr_t kInvalidAddress = 0xFDFD2006u;
 constexpr unsigned char kFreedByte = 0xFC;
 constexpr int kMaxStepBytes = 1048576;
 
-// Readability probe. Without a platform test for readable memory, a null block of nonzero
-// size is the one case that can be recognised.
-inline bool isReadable(const void* block, std::size_t bytes) { return bytes == 0 || block != nullptr; }
+// Readability probe of the element routines. A null block of nonzero size is always refused;
+// in assertion mode the platform's own test runs as well (on Windows it walks the address space
+// for committed, readable, non-guard pages; POSIX has no such test and accepts any other block).
+inline bool isReadable(const void* block, std::size_t bytes) {
+  return bytes == 0 || (block != nullptr && (!KrsModule::assertOn || KrsIsReadableMemory(block, bytes)));
+}
 inline bool defecateMem() { return (KrsModule::arraySwitches & kKrsDefecateMem) != 0; }
 
 // A reference-typed ARG_TYPE is taken as a const reference, so temporaries can be stored.

@@ -48,7 +48,12 @@ struct Complex {
     if (im == 0.0 && (re > 0.0 || re < 0.0)) {
       const double root = std::sqrt(modulus());
       if (re > 0.0) return Complex(root, im);
-      static const double cosHalfPi = std::cos(angle(-1.0, 0.0) / 2.0);
+      // cos(pi/2) from the C library at run time, as fromPolar gets it: a value folded at compile
+      // time is correctly rounded, which not every C library's cos is.
+      static const double cosHalfPi = [] {
+        volatile double halfTurn = angle(-1.0, 0.0) / 2.0;
+        return fromPolar(halfTurn, 1.0).re;
+      }();
       return Complex(root * cosHalfPi, std::signbit(im) ? -root : root);
     }
     return fromPolar(angle() / 2.0, std::sqrt(modulus()));

@@ -7,6 +7,9 @@
 
 namespace KrsPlatform {
 
+// The monitor link and sending, libraryPath, executablePath and openRegularFile serve the POSIX
+// monitor channel and settings reader; Windows has its own (support/platform/*Win32.cpp).
+
 // A connection to the debug monitor (the "window" of class "_indebmon"). On POSIX the monitor
 // is a Unix-domain datagram socket and the link is a datagram socket connected to it; the
 // connection, not the path, is what later sends go to, so a path that is replaced after the
@@ -47,5 +50,14 @@ SendResult sendToMonitor(MonitorLink& link, const void* data, std::size_t size, 
 
 // Monotonic milliseconds from a clock cheap enough to read on every report (no system call).
 unsigned long long coarseMillis();
+
+// Narrow text in the platform's narrow encoding (UTF-8 on POSIX, where a byte that does not
+// decode stands for itself; the ANSI code page on Windows) to wide text: at most capacity - 1
+// characters and a terminator, surrogate pairs where wchar_t has 16 bits. Null reads as "".
+void widenNarrowText(const char* text, wchar_t* out, std::size_t capacity);
+
+// True when all `bytes` bytes from `block` can be read (committed, readable and not a guard
+// page where the platform can tell; elsewhere only a null block of nonzero size fails).
+bool isReadable(const void* block, std::size_t bytes);
 
 }  // namespace KrsPlatform

@@ -1,6 +1,7 @@
 // The settings file "lw.ini" beside the library: section "lw", integer keys read the way the
 // private-profile reader reads them (keys case-insensitive, optional sign, leading decimal
-// digits; anything missing or unparsable reads as 0).
+// digits; anything missing or unparsable reads as 0). On Windows the system's private-profile
+// reader itself reads the file, and paths cross this interface as UTF-8.
 #pragma once
 
 #include <cstddef>

@@ -10,9 +10,10 @@ namespace {
 
 wchar_t g_emptyText[1] = {L'\0'};
 
-// The C library's wide printf reads "%s" and "%c" as narrow arguments on POSIX systems; the
-// library's formats mean wide ones (and "%hs" / "%hc" narrow ones). Rewrite the conversions so
-// the same format text means the same thing everywhere.
+// The C library's wide printf reads "%s" and "%c" as narrow arguments on POSIX systems and in
+// MinGW's runtime, as wide ones in Microsoft's; the library's formats mean wide ones (and "%hs" /
+// "%hc" narrow ones). Every conversion is rewritten with an explicit width ("%ls", "%hs"), which
+// all of them read alike.
 void portableFormat(const wchar_t* format, wchar_t* out, std::size_t capacity) {
   std::size_t n = 0;
   auto put = [&](wchar_t c) {
@@ -38,8 +39,9 @@ void portableFormat(const wchar_t* format, wchar_t* out, std::size_t capacity) {
       ++p;
     }
     if (*p == L's' || *p == L'c') {
-      if (!narrow || wide) put(L'l');
+      put(narrow && !wide ? L'h' : L'l');
     } else if (*p == L'S' || *p == L'C') {  // the opposite width, narrow here
+      put(L'h');
       put(*p == L'S' ? L's' : L'c');
       ++p;
       continue;
@@ -99,9 +101,13 @@ void KrsStringW::Format(const wchar_t* format, ...) {
   va_start(args, format);
   std::vswprintf(buffer, kMaxFormatted, portable, args);
   va_end(args);
-  // On overflow the C library may leave the buffer unterminated: keep the first 2047 characters.
+  // On overflow the C library may leave the buffer unterminated: keep the first 2047 characters,
+  // and with 16-bit characters never the first half of a surrogate pair alone.
   buffer[kMaxFormatted - 1] = L'\0';
-  assign(buffer, static_cast<int>(std::wcslen(buffer)));
+  std::size_t length = std::wcslen(buffer);
+  if (sizeof(wchar_t) == 2 && length == kMaxFormatted - 1 && buffer[length - 1] >= 0xD800 && buffer[length - 1] < 0xDC00)
+    --length;
+  assign(buffer, static_cast<int>(length));
 }
 
 const KrsStringW& KrsGetEmptyStringW() {

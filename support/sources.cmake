@@ -1,14 +1,22 @@
 list(APPEND KRGEL_SOURCES
   support/KrsException.cpp
   support/KrsLibraryLoad.cpp
-  support/KrsMonitor.cpp
+  support/KrsMemoryProbe.cpp
   support/KrsPlex.cpp
   support/KrsReport.cpp
-  support/KrsSettings.cpp
   support/KrsStringW.cpp
 )
-# One platform layer per system; only the POSIX one exists so far.
+# One platform layer per system. Windows has its own monitor channel (window messages) and
+# settings reader (the private-profile functions); POSIX sends datagrams and parses the file.
 if(WIN32)
-  message(FATAL_ERROR "KrGeL has no Windows platform layer (support/platform/) yet")
+  list(APPEND KRGEL_SOURCES
+    support/platform/KrsMonitorWin32.cpp
+    support/platform/KrsPlatformWin32.cpp
+    support/platform/KrsSettingsWin32.cpp)
+else()
+  list(APPEND KRGEL_SOURCES
+    support/KrsMonitor.cpp
+    support/KrsSettings.cpp
+    support/platform/KrsPlatformPosix.cpp
+    support/platform/KrsPlatformPosixData.cpp)
 endif()
-list(APPEND KRGEL_SOURCES support/platform/KrsPlatformPosix.cpp)

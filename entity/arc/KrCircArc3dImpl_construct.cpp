@@ -8,6 +8,7 @@
 #include "entity/arc/KrCircArc3dImpl.h"
 #include "entity/arc/arc_angles.h"
 #include "entity/arc/arc_extent.h"
+#include "entity/ellipse/ellipse_project.h"
 
 namespace {
 
@@ -77,7 +78,7 @@ void KrCircArc3dImpl::getTrimmedOffset(double distance, const KrGeVector3d& plan
 // Parallel projection p -> p - d ((p - o) . n) / (d . n) onto the plane (origin o, unit normal n)
 // along the unit direction d. Between parallel planes it is a translation, so an arc facing the
 // plane keeps its shape; an arc whose plane holds d collapses onto the image of its extent
-// across d. Any other arc becomes an ellipse, which this kind cannot return.
+// across d. Any other arc becomes an ellipse (krProjectEllipseArc).
 KrGeEntity3d* KrCircArc3dImpl::project(const KrGePlane& projectionPlane, const KrGeVector3d& projectDirection,
                                        const KrGeTol& tol) const {
   KRS_AUTOTEST("KrGeEntity3d* KrCircArc3dImpl::project(projPlane, projDir, tol)");
@@ -101,7 +102,8 @@ KrGeEntity3d* KrCircArc3dImpl::project(const KrGePlane& projectionPlane, const K
     moved.refVec = (m_arc.refVec - moved.normal * m_arc.refVec.dotProduct(moved.normal)).normal(KrGeContext::gTol);
     return makeArc(moved);
   }
-  if (!(std::fabs(along.dotProduct(m_arc.normal)) <= tol.equalVector())) return nullptr;
+  if (!(std::fabs(along.dotProduct(m_arc.normal)) <= tol.equalVector()))
+    return krProjectEllipseArc(krEllipseFrameOf(m_arc), projectionPlane, projectDirection, tol);
 
   const KrGeVector3d across = m_arc.normal.crossProduct(along).normal(KrGeContext::gTol);
   const double first = (m_arc.pointAt(m_arc.startAng) - m_arc.center).dotProduct(across);

@@ -6,7 +6,10 @@
 #include "KrsDiagnostics.h"
 #include "entity/curve/KrGeCurve3dImpl.h"
 #include "entity/relation/arc_arc.h"
+#include "entity/relation/arc_ellipse.h"
+#include "entity/relation/ellipse_ellipse.h"
 #include "entity/relation/line_arc.h"
+#include "entity/relation/line_ellipse.h"
 #include "entity/relation/line_line.h"
 
 KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
@@ -16,6 +19,8 @@ KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
       return KrCurveKind::kLinear;
     case KrGe::kCircArc3d:
       return KrCurveKind::kCircArc;
+    case KrGe::kEllipArc3d:
+      return KrCurveKind::kEllipArc;
     default:
       return KrCurveKind::kOther;
   }
@@ -38,6 +43,12 @@ constexpr Entry kTable[] = {
      {closestLineLine, projClosestLineLine, localClosestLineLine, intersectLineLine}},
     {KrCurveKind::kLinear, KrCurveKind::kCircArc, {closestLineArc, nullptr, nullptr, intersectLineArc}},
     {KrCurveKind::kCircArc, KrCurveKind::kCircArc, {closestArcArc, nullptr, nullptr, intersectArcArc}},
+    {KrCurveKind::kLinear, KrCurveKind::kEllipArc,
+     {closestLineEllipse, projClosestLineEllipse, localClosestLineEllipse, intersectLineEllipse}},
+    {KrCurveKind::kCircArc, KrCurveKind::kEllipArc,
+     {closestArcEllipse, projClosestArcEllipse, localClosestArcEllipse, intersectArcEllipse}},
+    {KrCurveKind::kEllipArc, KrCurveKind::kEllipArc,
+     {closestEllipseEllipse, projClosestEllipseEllipse, localClosestEllipseEllipse, intersectEllipseEllipse}},
 };
 
 // The row of (first, second); `swapped` tells that it was found as (second, first).

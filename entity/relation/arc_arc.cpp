@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr double kEpsilon = 2.220446049250313e-16;
 constexpr int kSamplesPerTurn = 32;
 constexpr int kRefinedMinima = 4;
 
@@ -46,8 +45,8 @@ struct NearestPair {
     KrTurn refined1 = theta1, refined2 = theta2;
     double angle1 = theta1.angle, angle2 = theta2.angle;
     const double tolerance = krArcArcDescentTolerance(circle1, circle2, theta1, theta2);
-    if (krArcArcCoordDescent(krFrameOf(circle1), krFrameOf(circle2), angle1, angle2, tolerance, &refined1,
-                             &refined2) > 1)
+    if (krArcArcCoordDescent(krFrameOf(circle1), krFrameOf(circle2), angle1, angle2, tolerance, &refined1, &refined2) >
+        1)
       krPolishArcArc(circle1, circle2, refined1, refined2);
     if (krOnArc(circle1, refined1.angle) && krOnArc(circle2, refined2.angle)) consider(refined1, refined2);
   }
@@ -148,7 +147,7 @@ KrTurn bracketedMinimum(const ArcDistance& distance, double low, double high, do
       next = first > 0.0 ? 0.5 * (low + x) : 0.5 * (x + high);
       newton = false;
     }
-    if (std::fabs(next - x) <= 4.0 * kEpsilon * (1.0 + std::fabs(x))) break;
+    if (std::fabs(next - x) <= 4.0 * kKrRelEpsilon * (1.0 + std::fabs(x))) break;
     const bool last = newton && std::fabs(next - x) <= 1e-9;
     const KrTurn nextTurn = krTurnOf(start + next);
     double nextFirst = 0.0, nextSecond = 0.0;
@@ -263,8 +262,8 @@ bool isPointLike(const KrCircle& circle, double magnitude) { return !(circle.rad
 
 }  // namespace
 
-void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2,
-                     KrGePoint3d& on1, KrGePoint3d& on2) {
+void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2, KrGePoint3d& on1,
+                     KrGePoint3d& on2) {
   const KrCircle c1 = krCircleOf(arc1), c2 = krCircleOf(arc2);
   const auto answer = [&](const KrTurn& turn1, const KrTurn& turn2) {
     theta1 = krArcParam(c1, turn1.angle);

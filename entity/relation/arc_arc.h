@@ -12,9 +12,10 @@
 //   form) is sampled over the first arc: 32 samples per turn, plus the angles where that arc
 //   passes nearest to the other's axis (krLineCircleMinima: the distance peaks sharply there)
 //   and where it crosses the other's plane or is farthest from it on either side (nearly
-//   meeting circles dip sharply there, the distance being at least the height). Up to four of the least sampled local minima are refined by a
-//   bracketed Newton iteration on that one-dimensional distance, skipping a bracket that the
-//   distance's Lipschitz bound (the sampled radius) shows cannot hold a nearer pair.
+//   meeting circles dip sharply there, the distance being at least the height). Up to four of
+//   the least sampled local minima are refined by a bracketed Newton iteration on that
+//   one-dimensional distance, skipping a bracket that the distance's Lipschitz bound (the
+//   sampled radius) shows cannot hold a nearer pair.
 // The nearest candidate wins, the first on a tie; when it is a seed inside both arcs it is
 // refined by the coordinate descent (krArcArcCoordDescent, stopping at the resolution of the
 // minimum) and, if that went past its first round, a Newton polish, kept where it stays inside
@@ -36,8 +37,8 @@
 
 // A closest pair of the two arcs: the angles, each in [startAng, startAng + sweep], and the
 // points. Non-finite data answers the start angles (0 for one that is not finite).
-void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2,
-                     KrGePoint3d& on1, KrGePoint3d& on2);
+void krArcArcClosest(const KrArcFrame& arc1, const KrArcFrame& arc2, double& theta1, double& theta2, KrGePoint3d& on1,
+                     KrGePoint3d& on2);
 
 // The intersection points of the two arcs within `tol` (see above), with the angle on arc1 as the
 // first parameter. False, with no points, for non-finite data.

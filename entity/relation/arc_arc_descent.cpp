@@ -62,7 +62,6 @@ int krArcArcCoordDescent(const KrArcFrame& arc1, const KrArcFrame& arc2, double&
 
 double krArcArcDescentTolerance(const KrCircle& circle1, const KrCircle& circle2, const KrTurn& theta1,
                                 const KrTurn& theta2) {
-  constexpr double kEpsilon = 2.220446049250313e-16;
   const KrGeVector3d radial1 = circle1.radial(theta1), radial2 = circle2.radial(theta2);
   const KrGeVector3d r = (circle1.center - circle2.center) + radial1 - radial2;
   // An angle from a point at w from the centre, rho from the axis, carries eps |w| / rho.
@@ -70,9 +69,10 @@ double krArcArcDescentTolerance(const KrCircle& circle1, const KrCircle& circle2
     const double x = w.dotProduct(c.u), y = w.dotProduct(c.v);
     return std::sqrt(w.lengthSqrd() / (x * x + y * y));
   };
-  const double angleRounding = kEpsilon * (rounding(circle1, radial1 - r) + rounding(circle2, radial2 + r));
-  const double size = std::max(krMagnitude(circle1.center, circle1.radius), krMagnitude(circle2.center, circle2.radius));
-  const double noise = kEpsilon * size * (2.0 * std::sqrt(r.lengthSqrd()) + kEpsilon * size);
+  const double angleRounding = kKrRelEpsilon * (rounding(circle1, radial1 - r) + rounding(circle2, radial2 + r));
+  const double size =
+      std::max(krMagnitude(circle1.center, circle1.radius), krMagnitude(circle2.center, circle2.radius));
+  const double noise = kKrRelEpsilon * size * (2.0 * std::sqrt(r.lengthSqrd()) + kKrRelEpsilon * size);
   const double valley = krValleyResolution(circle1.radius * circle1.radius - r.dotProduct(radial1),
                                            -circle1.tangent(theta1).dotProduct(circle2.tangent(theta2)),
                                            circle2.radius * circle2.radius + r.dotProduct(radial2), noise);

@@ -19,8 +19,8 @@ struct Collector {
   // the planes and tol within them), whose midpoint is then still within tol of both.
   void add(const KrGePoint3d& on1, const KrGePoint3d& on2, double angle1, double angle2, double reach) {
     if (!((on1 - on2).lengthSqrd() <= reach * reach)) return;
-    const double param1 = krArcParamWithin(circle1, angle1, tol / circle1.radius);
-    const double param2 = krArcParamWithin(circle2, angle2, tol / circle2.radius);
+    const double param1 = krArcParamWithin(circle1, angle1, tol);
+    const double param2 = krArcParamWithin(circle2, angle2, tol);
     if (!(param1 == param1) || !(param2 == param2)) return;
     const KrGePoint3d point = on1 + (on2 - on1) * 0.5;
     for (int i = 0; i < result.count; ++i)
@@ -72,20 +72,22 @@ void coplanar(const KrCircle& c1, const KrCircle& c2, Collector& collect) {
   const double tol = collect.tol;
   const KrGeVector3d offset = c2.center - c1.center;
   const KrGeVector3d w = offset - c1.n * offset.dotProduct(c1.n);
-  const double distance = w.length();
+  const double distance2 = w.lengthSqrd();
   const double r1 = c1.radius, r2 = c2.radius;
-  if (distance <= tol) {
+  if (distance2 <= tol * tol) {
     if (std::fabs(r1 - r2) <= tol) coincident(c1, c2, collect);
     return;
   }
-  const KrGeVector3d along = w / distance;
+  const double distance = std::sqrt(distance2);
+  const double inverse = 1.0 / distance;
+  const KrGeVector3d along = w * inverse;
   if (std::fabs(distance - (r1 + r2)) <= tol) {
     collect.add(c1.center + along * r1, c2.center - along * r2, c1.angleOf(along), c2.angleOf(-along), 2.0 * tol);
   } else if (std::fabs(distance - std::fabs(r1 - r2)) <= tol) {
     const KrGeVector3d side = r1 >= r2 ? along : -along;
     collect.add(c1.center + side * r1, c2.center + side * r2, c1.angleOf(side), c2.angleOf(side), 2.0 * tol);
   } else if (distance < r1 + r2 && distance > std::fabs(r1 - r2)) {
-    const double a = 0.5 * (distance + (r1 - r2) * (r1 + r2) / distance);
+    const double a = 0.5 * (distance + (r1 - r2) * (r1 + r2) * inverse);
     const KrGeVector3d across = c1.n.crossProduct(along) * std::sqrt(std::max(0.0, (r1 - a) * (r1 + a)));
     for (const double sign : {-1.0, 1.0}) {
       const KrGeVector3d from1 = along * a + across * sign;
@@ -121,14 +123,19 @@ bool krArcArcIntersections(const KrArcFrame& arc1, const KrArcFrame& arc2, doubl
     return true;
   }
   const KrGeVector3d m = c1.n.crossProduct(c2.n);
-  const double sine = std::sqrt(m.lengthSqrd());  // at most 1: no underflow that matters
+  // Each circle within tol of the other's plane: its centre's height plus its radius times the
+  // sine of the planes' angle, compared squared.
+  const double sine2 = m.lengthSqrd();
   const KrGeVector3d offset = c2.center - c1.center;
   const double height2 = offset.dotProduct(c2.n);
-  if (std::fabs(offset.dotProduct(c1.n)) + c2.radius * sine <= tol && std::fabs(height2) + c1.radius * sine <= tol) {
+  const double slack1 = tol - std::fabs(offset.dotProduct(c1.n)), slack2 = tol - std::fabs(height2);
+  if (slack1 >= 0.0 && slack2 >= 0.0 && c2.radius * c2.radius * sine2 <= slack1 * slack1 &&
+      c1.radius * c1.radius * sine2 <= slack2 * slack2) {
     coplanar(c1, c2, collect);
     return true;
   }
-  if (!(sine > 0.0)) return true;  // parallel planes apart
+  const double sine = std::sqrt(sine2);  // at most 1: no underflow that matters
+  if (!(sine > 0.0)) return true;        // parallel planes apart
   const KrGeVector3d direction = m / sine;
   const KrGePoint3d base = c1.center + m.crossProduct(c1.n) * (height2 / (sine * sine));
   if (!krIsFinite(base)) return true;

@@ -112,8 +112,8 @@ namespace krrelation {
 bool closestLineArc(const KrGeCurve3dImpl& line, const KrGeCurve3dImpl& arc, KrGePoint3d& onLine, KrGePoint3d& onArc,
                     const KrGeTol&) {
   double t = 0.0, theta = 0.0;
-  krLineArcClosest(static_cast<const KrLinearEnt3dImpl&>(line).span(),
-                   static_cast<const KrCircArc3dImpl&>(arc).frame(), t, theta, onLine, onArc);
+  krLineArcClosest(static_cast<const KrLinearEnt3dImpl&>(line).span(), static_cast<const KrCircArc3dImpl&>(arc).frame(),
+                   t, theta, onLine, onArc);
   return true;
 }
 

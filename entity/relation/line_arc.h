@@ -37,8 +37,7 @@ void krLineArcClosestParams(const KrLinearSpan& span, const KrArcFrame& arc, dou
 
 // The intersection points of the span and the arc within `tol` (see above), with t as the first
 // parameter and theta as the second. False, with no points, for non-finite data.
-bool krLineArcIntersections(const KrLinearSpan& span, const KrArcFrame& arc, double tol,
-                            KrCurveIntersections& result);
+bool krLineArcIntersections(const KrLinearSpan& span, const KrArcFrame& arc, double tol, KrCurveIntersections& result);
 
 namespace krrelation {
 bool closestLineArc(const KrGeCurve3dImpl& line, const KrGeCurve3dImpl& arc, KrGePoint3d& onLine, KrGePoint3d& onArc,

@@ -46,16 +46,16 @@ int krArcLineCoordDescent(const KrArcFrame& arc, const KrGePoint3d& linePoint, c
 
 double krArcLineDescentTolerance(const KrCircle& circle, const KrGePoint3d& linePoint,
                                  const KrGeVector3d& lineDirection, const KrTurn& theta, double t) {
-  constexpr double kEpsilon = 2.220446049250313e-16;
   const KrGeVector3d radial = circle.radial(theta), tangent = circle.tangent(theta);
   const KrGeVector3d toLine = (linePoint - circle.center) + lineDirection * t;
   const KrGeVector3d r = radial - toLine;
   const double dd = lineDirection.lengthSqrd();
   const double x = toLine.dotProduct(circle.u), y = toLine.dotProduct(circle.v);
   const double reach2 = toLine.lengthSqrd();
-  const double rounding = kEpsilon * (std::sqrt(reach2 / (x * x + y * y)) + std::sqrt(reach2 / dd));
-  const double size = krMagnitude(circle.center, circle.radius) + std::sqrt(reach2);
-  const double noise = kEpsilon * size * (2.0 * std::sqrt(r.lengthSqrd()) + kEpsilon * size);
+  // sqrt(p) + sqrt(q) <= sqrt(2 (p + q)): one root for both rounding terms.
+  const double rounding = kKrRelEpsilon * std::sqrt(2.0 * reach2 * (1.0 / (x * x + y * y) + 1.0 / dd));
+  const double size = krMagnitude(circle.center, circle.radius) + krMagnitude(KrGePoint3d() + toLine);
+  const double noise = kKrRelEpsilon * size * (2.0 * std::sqrt(r.lengthSqrd()) + kKrRelEpsilon * size);
   const double valley = krValleyResolution(circle.radius * circle.radius - r.dotProduct(radial),
                                            -tangent.dotProduct(lineDirection), dd, noise);
   return 1e-12 + 64.0 * rounding + 8.0 * valley;

@@ -39,7 +39,6 @@ bool krIsFinite(const KrLinearSpan& span) {
          span.upper == span.upper && span.lower <= span.upper;
 }
 
-
 double krArcOffset(const KrCircle& circle, double angle) {
   double offset = angle - circle.start;
   if (offset >= 0.0 && offset < kKrRelTwoPi) return offset;
@@ -52,19 +51,13 @@ double krArcOffset(const KrCircle& circle, double angle) {
   return offset >= kKrRelTwoPi || offset < 0.0 ? 0.0 : offset;
 }
 
-double krAngleOutsideArc(const KrCircle& circle, double angle) {
-  const double offset = krArcOffset(circle, angle);
-  if (circle.full || offset <= circle.sweep) return 0.0;
-  return std::min(offset - circle.sweep, kKrRelTwoPi - offset);
-}
-
-double krArcParamWithin(const KrCircle& circle, double angle, double slack) {
+double krArcParamWithin(const KrCircle& circle, double angle, double tol) {
   const double offset = krArcOffset(circle, angle);
   if (circle.full || offset <= circle.sweep) return circle.start + offset;
   const double pastEnd = offset - circle.sweep;
   const double beforeStart = kKrRelTwoPi - offset;
-  if (pastEnd <= beforeStart) return pastEnd <= slack ? circle.start + circle.sweep : std::nan("");
-  return beforeStart <= slack ? circle.start : std::nan("");
+  if (pastEnd <= beforeStart) return pastEnd * circle.radius <= tol ? circle.start + circle.sweep : std::nan("");
+  return beforeStart * circle.radius <= tol ? circle.start : std::nan("");
 }
 
 KrTurn krClosestArcTurn(const KrCircle& circle, const KrGePoint3d& point) {
@@ -121,15 +114,17 @@ struct Ellipse {
   double nearestRoot(double low, double high) const {
     double s = low;
     for (int i = 0; i < 100; ++i) {
-      const double a = 1.0 / (s + kappa), b = 1.0 / s;
+      // Both reciprocals from one division, and one more for the two step lengths.
+      const double ab = 1.0 / (s * (s + kappa));
+      const double a = s * ab, b = (s + kappa) * ab;
       const double x = x0 * a, y = by * b;
       const double q = x * x + y * y;
-      const double w = x * x * a + y * y * b;  // -F'(s) / 2
-      const double linear = s + q * (std::sqrt(q) - 1.0) / w;
+      const double inverseW = 1.0 / (x * x * a + y * y * b);  // -2 / F'(s)
+      const double linear = s + q * (std::sqrt(q) - 1.0) * inverseW;
       double next;
       if (q >= 1.0) {
         low = s;
-        next = s + (q - 1.0) / (2.0 * w);
+        next = s + 0.5 * (q - 1.0) * inverseW;
         if (linear > next && linear < high) next = linear;
       } else {
         high = s;
@@ -157,15 +152,18 @@ struct Ellipse {
 // f1 divided by e_n, written without the cancelling difference f1 - e_2 e.
 int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVector3d& direction, bool all,
                        KrTurn* turns) {
-  const KrGeVector3d e = direction / direction.length();
+  // Reciprocals first: divisions are the slow, chained steps here.
+  const KrGeVector3d e = direction * (1.0 / direction.length());
   const double eu = e.dotProduct(c.u), ev = e.dotProduct(c.v), en = e.dotProduct(c.n);
   const double kappa = eu * eu + ev * ev;
   const double e2 = std::sqrt(kappa);
-  const double cphi = e2 > 0.0 ? eu / e2 : 1.0, sphi = e2 > 0.0 ? ev / e2 : 0.0;
+  const double inverseE2 = e2 > 0.0 ? 1.0 / e2 : 0.0;
+  const double cphi = e2 > 0.0 ? eu * inverseE2 : 1.0, sphi = ev * inverseE2;
   const KrGeVector3d q = base - c.center;
   const double qu = q.dotProduct(c.u), qv = q.dotProduct(c.v), qn = q.dotProduct(c.n);
-  const double bigX = (cphi * qv - sphi * qu) / c.radius;
-  const double bigY = (en * (cphi * qu + sphi * qv) - e2 * qn) / c.radius;
+  const double inverseR = 1.0 / c.radius;
+  const double bigX = (cphi * qv - sphi * qu) * inverseR;
+  const double bigY = (en * (cphi * qu + sphi * qv) - e2 * qn) * inverseR;
 
   int count = 0;
   const auto emitStart = [&] {

@@ -11,6 +11,7 @@
 #include "entity/linear/linear_closest.h"
 
 constexpr double kKrRelTwoPi = 6.283185307179586;
+constexpr double kKrRelEpsilon = 2.220446049250313e-16;  // the spacing of doubles at 1
 
 // An angle with its cosine and sine, so that points and derivatives at it cost no trigonometry.
 struct KrTurn {
@@ -26,7 +27,8 @@ inline double krNorm(double x, double y) {
 inline KrTurn krTurnTowards(double x, double y) {
   const double r = krNorm(x, y);
   if (!(r > 0.0)) return KrTurn{};
-  return KrTurn{std::atan2(y, x), x / r, y / r};
+  const double inverse = 1.0 / r;
+  return KrTurn{std::atan2(y, x), x * inverse, y * inverse};
 }
 
 // An arc with a radius that is never negative: a stored negative radius r describes the same
@@ -63,7 +65,8 @@ KrArcFrame krFrameOf(const KrCircle& circle);
 inline bool krIsFinite(const KrGePoint3d& p) { return p.x * 0.0 + p.y * 0.0 + p.z * 0.0 == 0.0; }
 inline bool krIsFinite(const KrGeVector3d& v) { return v.x * 0.0 + v.y * 0.0 + v.z * 0.0 == 0.0; }
 inline bool krIsFinite(const KrCircle& c) {
-  return krIsFinite(c.center) && (c.u.x + c.u.y + c.u.z + c.n.x + c.n.y + c.n.z + c.radius + c.start + c.sweep) * 0.0 == 0.0;
+  const double sum = c.u.x + c.u.y + c.u.z + c.n.x + c.n.y + c.n.z + c.radius + c.start + c.sweep;
+  return krIsFinite(c.center) && sum * 0.0 == 0.0;
 }
 // Origin and direction finite, bounds ordered (either may be infinite).
 bool krIsFinite(const KrLinearSpan& span);
@@ -75,11 +78,9 @@ inline double krArcParam(const KrCircle& circle, double angle) { return circle.s
 inline bool krOnArc(const KrCircle& circle, double angle) {
   return circle.full || krArcOffset(circle, angle) <= circle.sweep;
 }
-// The angle from `angle` to the nearer end of the arc, 0 on the arc.
-double krAngleOutsideArc(const KrCircle& circle, double angle);
-// The parameter of the arc within `slack` radians of `angle`: its own parameter on the arc, the
-// nearer end within the slack, NaN beyond it.
-double krArcParamWithin(const KrCircle& circle, double angle, double slack);
+// The parameter of the arc within model distance `tol` of the point at `angle` (tol / radius
+// radians): its own parameter on the arc, the nearer end within the slack, NaN beyond it.
+double krArcParamWithin(const KrCircle& circle, double angle, double tol);
 
 // The parameter (in [start, start + sweep]) of the point of the arc nearest to `point`: the
 // radial direction of its projection when that lies on the arc, otherwise the nearer end (in
@@ -88,12 +89,12 @@ double krClosestArcParam(const KrCircle& circle, const KrGePoint3d& point);
 // The same as a turn (its angle the parameter).
 KrTurn krClosestArcTurn(const KrCircle& circle, const KrGePoint3d& point);
 
-// Turns (angles in (-pi, pi]) of the local minima of the squared distance g(theta) from the circle point
-// to the infinite line base + t * direction (direction not zero, radius positive). The first is the
-// global minimum; when `all` the others follow: the second local minimum where there is one
-// (written together with its neighbouring maximum, or their merging point when they nearly
-// coincide), and the twin of a minimum that symmetry doubles. Up to 4 are written; the count is
-// returned. A line along the axis (g constant) gives the start angle alone.
+// Turns (angles in (-pi, pi]) of the local minima of the squared distance g(theta) from the
+// circle point to the infinite line base + t * direction (direction not zero, radius positive).
+// The first is the global minimum; when `all` the others follow: the second local minimum where
+// there is one (written together with its neighbouring maximum, or their merging point when they
+// nearly coincide), and the twin of a minimum that symmetry doubles. Up to 4 are written; the
+// count is returned. A line along the axis (g constant) gives the start angle alone.
 int krLineCircleMinima(const KrCircle& circle, const KrGePoint3d& base, const KrGeVector3d& direction, bool all,
                        KrTurn* turns);
 

@@ -28,7 +28,7 @@ struct Collector {
       if (!(beyond <= tol * tol)) return;
       t = bound;
     }
-    const double param = krArcParamWithin(circle, angle, tol / circle.radius);
+    const double param = krArcParamWithin(circle, angle, tol);
     if (!(param == param)) return;
     const KrGePoint3d point = onLine + (onArc - onLine) * 0.5;
     for (int i = 0; i < result.count; ++i)
@@ -52,8 +52,8 @@ bool krLineArcIntersections(const KrLinearSpan& span, const KrArcFrame& arc, dou
   const KrGeVector3d& d = span.direction;
   const double dd = d.lengthSqrd();
   const KrGeVector3d w0 = span.origin - circle.center;
-  const double tol = krEffectiveTolerance(std::max(krMagnitude(circle.center, circle.radius), krMagnitude(span.origin)),
-                                          tolerance);
+  const double tol =
+      krEffectiveTolerance(std::max(krMagnitude(circle.center, circle.radius), krMagnitude(span.origin)), tolerance);
   Collector collect{circle, span, tol, result};
   const auto nearestTo = [&](double t) {
     const KrGePoint3d onLine = span.at(t);

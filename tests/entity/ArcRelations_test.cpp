@@ -15,8 +15,13 @@ struct Arc {
   KrGeVector3d n, u, v;
   double r, start, sweep;
   explicit Arc(const KrGeCircArc3d& a)
-      : c(a.center()), n(a.normal()), u(a.refVec()), v(a.normal().crossProduct(a.refVec())), r(a.radius()),
-        start(a.startAng()), sweep(a.endAng() - a.startAng()) {}
+      : c(a.center()),
+        n(a.normal()),
+        u(a.refVec()),
+        v(a.normal().crossProduct(a.refVec())),
+        r(a.radius()),
+        start(a.startAng()),
+        sweep(a.endAng() - a.startAng()) {}
   KrGePoint3d at(double angle) const { return c + (u * std::cos(angle) + v * std::sin(angle)) * r; }
   // Angle from the start, in [0, 2 pi).
   double offset(double angle) const { return angle - start - kTwoPi * std::floor((angle - start) / kTwoPi); }
@@ -41,7 +46,8 @@ double bruteMinimum(F f, double low, double high) {
   std::sort(minima.begin(), minima.end(), [&](int a, int b) { return values[a] < values[b]; });
   double best = *std::min_element(values.begin(), values.end());
   for (size_t k = 0; k < minima.size() && k < 8; ++k) {
-    double a = low + (high - low) * std::max(0, minima[k] - 1) / n, b = low + (high - low) * std::min(n, minima[k] + 1) / n;
+    double a = low + (high - low) * std::max(0, minima[k] - 1) / n,
+           b = low + (high - low) * std::min(n, minima[k] + 1) / n;
     for (int i = 0; i < 100; ++i) {
       const double m1 = b - 0.618033988749895 * (b - a), m2 = a + 0.618033988749895 * (b - a);
       (f(m1) <= f(m2) ? b : a) = f(m1) <= f(m2) ? m2 : m1;
@@ -83,10 +89,18 @@ TEST(ArcRelations, LineArcClosestPair_MatchesBruteForce) {
       KrGeVector3d direction = random.unitVector();
       KrGePoint3d through = arc.c + random.unitVector() * random.magnitude(-3, 5);
       switch (i % 5) {
-        case 0: through = arc.c + normal.crossProduct(inPlane) * (radius * random.uniform(0, 2)); direction = inPlane; break;
-        case 1: through = through + normal * random.magnitude(-3, 5); direction = inPlane; break;
-        case 3: through = arc.c + random.unitVector() * (radius * random.magnitude(-9, 0));
-                direction = random.tilted(normal, random.magnitude(-9, -1)); break;
+        case 0:
+          through = arc.c + normal.crossProduct(inPlane) * (radius * random.uniform(0, 2));
+          direction = inPlane;
+          break;
+        case 1:
+          through = through + normal * random.magnitude(-3, 5);
+          direction = inPlane;
+          break;
+        case 3:
+          through = arc.c + random.unitVector() * (radius * random.magnitude(-9, 0));
+          direction = random.tilted(normal, random.magnitude(-9, -1));
+          break;
         case 4: {
           const double at = random.uniform(0, kTwoPi);
           through = arc.at(at) + random.unitVector() * (radius * random.magnitude(-9, -3));
@@ -101,15 +115,17 @@ TEST(ArcRelations, LineArcClosestPair_MatchesBruteForce) {
       const Segment seg{p, q};
       const auto toLinear = [&](const KrGePoint3d& x) { return distanceToSegment(x, seg, isLine); };
       double reference = bruteMinimum([&](double a) { return toLinear(arc.at(a)); }, arc.start, arc.start + arc.sweep);
-      if (!isLine) reference = std::min(reference, bruteMinimum([&](double t) { return arc.distance(p + (q - p) * t); }, 0, 1));
+      if (!isLine)
+        reference = std::min(reference, bruteMinimum([&](double t) { return arc.distance(p + (q - p) * t); }, 0, 1));
       KrGePoint3d onArc, onLine;
-      if (i % 2) onArc = arcEntity.closestPointTo(*line, onLine, tolOf(radius));
-      else onLine = line->closestPointTo(arcEntity, onArc, tolOf(radius));
+      if (i % 2)
+        onArc = arcEntity.closestPointTo(*line, onLine, tolOf(radius));
+      else
+        onLine = line->closestPointTo(arcEntity, onArc, tolOf(radius));
       // Relative to the configuration: the answer, the radius and the coordinates given.
       const double scale = std::max({reference, radius, p.distanceTo(KrGePoint3d()), q.distanceTo(KrGePoint3d())});
       EXPECT_LE(onArc.distanceTo(onLine), reference + 1e-9 * scale) << "case " << i % 5;
       EXPECT_LE(arc.distance(onArc) + toLinear(onLine), 1e-11 * scale);
-      
     });
   });
   EXPECT_FALSE(recordsHaveDescentWarning(records));
@@ -127,15 +143,28 @@ TEST(ArcRelations, ArcArcClosestPair_MatchesBruteForce) {
       KrGePoint3d c2 = a1.c + random.unitVector() * random.magnitude(-3, 5);
       const KrGeVector3d side = (random.unitVector().crossProduct(n1)).normal();
       switch (i % 6) {
-        case 0: n2 = random.uniform(0, 1) < 0.5 ? n1 : -n1; c2 = a1.c + side * random.magnitude(-3, 5); break;
-        case 1: n2 = n1; c2 = a1.c + side * random.magnitude(-3, 5) + n1 * random.magnitude(-3, 5); break;
-        case 2: n2 = -n1; c2 = a1.c + n1 * (random.uniform(0, 1) < 0.3 ? 0.0 : random.magnitude(-3, 5)); break;
+        case 0:
+          n2 = random.uniform(0, 1) < 0.5 ? n1 : -n1;
+          c2 = a1.c + side * random.magnitude(-3, 5);
+          break;
+        case 1:
+          n2 = n1;
+          c2 = a1.c + side * random.magnitude(-3, 5) + n1 * random.magnitude(-3, 5);
+          break;
+        case 2:
+          n2 = -n1;
+          c2 = a1.c + n1 * (random.uniform(0, 1) < 0.3 ? 0.0 : random.magnitude(-3, 5));
+          break;
         case 4: {
-          const KrGePoint3d touch = a1.at(random.uniform(0, kTwoPi)) + random.unitVector() * (r1 * random.magnitude(-9, -4));
+          const KrGePoint3d touch =
+              a1.at(random.uniform(0, kTwoPi)) + random.unitVector() * (r1 * random.magnitude(-9, -4));
           c2 = touch + n2.crossProduct(random.unitVector()).normal() * r2;
           break;
         }
-        case 5: n2 = random.tilted(n1.crossProduct(a1.u).normal(), random.magnitude(-6, 0)); c2 = a1.at(random.uniform(0, kTwoPi)); break;
+        case 5:
+          n2 = random.tilted(n1.crossProduct(a1.u).normal(), random.magnitude(-6, 0));
+          c2 = a1.at(random.uniform(0, kTwoPi));
+          break;
       }
       const KrGeCircArc3d second = randomArc(random, c2, n2, r2);
       const Arc a2(second);
@@ -229,11 +258,13 @@ TEST(ArcRelations, IntersectWith_PointsLieOnBothAndNoCrossingIsMissed) {
       const KrGeCircArc3d other = randomArc(random, c2, n2, r2);
       const Arc a2(other);
       const auto points = intersections(arcEntity, other, tol);
-      for (const KrGePoint3d& point : points) EXPECT_LE(std::max(arc.distance(point), a2.distance(point)), tol * (1 + 1e-6));
+      for (const KrGePoint3d& point : points)
+        EXPECT_LE(std::max(arc.distance(point), a2.distance(point)), tol * (1 + 1e-6));
       if (i % 4 == 3 && inside(a2, chosen)) {
         EXPECT_TRUE(reported(points, chosen, tol)) << "3d circles";
       }
-      for (const double a : crossings([&](double s) { return arc.at(s).distanceTo(a2.c) - r2; }, arc.start, arc.start + arc.sweep)) {
+      for (const double a :
+           crossings([&](double s) { return arc.at(s).distanceTo(a2.c) - r2; }, arc.start, arc.start + arc.sweep)) {
         const KrGePoint3d x = arc.at(a);
         const double sine = std::fabs((arc.v * std::cos(a) - arc.u * std::sin(a)).dotProduct((x - a2.c) / r2));
         if (i % 4 == 1 && inside(a2, x) && sine > 1e-3) {
@@ -254,12 +285,16 @@ TEST(ArcRelations, IntersectWith_TangencyIsOnePointWithinTheTolerance) {
     const char* name;
     double gap;
     int lineCount, outsideCount, insideCount;
-  } rows[] = {{"touching", 0.0, 1, 1, 1}, {"gap 0.9 tol", 0.9 * tol, 1, 1, 1}, {"overlap 0.9 tol", -0.9 * tol, 1, 1, 1},
-              {"gap 2 tol", 2 * tol, 0, 0, 0}, {"overlap 3 tol", -3 * tol, 2, 2, 2}};
+  } rows[] = {{"touching", 0.0, 1, 1, 1},
+              {"gap 0.9 tol", 0.9 * tol, 1, 1, 1},
+              {"overlap 0.9 tol", -0.9 * tol, 1, 1, 1},
+              {"gap 2 tol", 2 * tol, 0, 0, 0},
+              {"overlap 3 tol", -3 * tol, 2, 2, 2}};
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
     const double x = 1 + r + row.gap;
-    EXPECT_EQ(intersections(circle, KrGeLine3d(KrGePoint3d(x, 0, 3), KrGeVector3d(0, 1, 0)), tol).size(), row.lineCount);
+    EXPECT_EQ(intersections(circle, KrGeLine3d(KrGePoint3d(x, 0, 3), KrGeVector3d(0, 1, 0)), tol).size(),
+              row.lineCount);
     const KrGeCircArc3d outside(KrGePoint3d(x + 0.5, 2, 3), KrGeVector3d(0, 0, -1), 0.5);
     const KrGeCircArc3d inside(KrGePoint3d(2 - row.gap, 2, 3), KrGeVector3d(0, 0, 1), r - 1);
     EXPECT_EQ(intersections(circle, outside, tol).size(), row.outsideCount);

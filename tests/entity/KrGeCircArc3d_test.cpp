@@ -332,7 +332,12 @@ TEST(KrGeCircArc3dMake, ProjectOffsetAndSplit) {
   const auto& segment = static_cast<const KrGeLineSeg3d&>(*edgeOn);  // across the view (-x), from low to high
   EXPECT_TRUE(within(segment.startPoint(), KrGePoint3d(1 + 2 * std::cos(0.5), 9, 3), 1e-14));
   EXPECT_TRUE(within(segment.endPoint(), KrGePoint3d(1 + 2 * std::cos(2.0), 9, 3), 1e-14));
-  EXPECT_EQ(arc.project(wall, KrGeVector3d(0, 1, 1)), nullptr);  // an ellipse
+  const KrGeVector3d slant(0, 1, 1);
+  std::unique_ptr<KrGeEntity3d> oblique(arc.project(wall, slant));
+  ASSERT_TRUE(oblique && oblique->type() == KrGe::kEllipArc3d);
+  const auto& image = static_cast<const KrGeEllipArc3d&>(*oblique);
+  EXPECT_TRUE(within(image.startPoint(), arc.startPoint().project(wall, slant), 1e-14));
+  EXPECT_TRUE(within(image.endPoint(), arc.endPoint().project(wall, slant), 1e-14));
 
   KrsArray<void*> offsets;  // outward about the normal, inward against it; through the centre refused
   const auto records = recordsOf([&] {

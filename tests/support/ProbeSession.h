@@ -5,7 +5,11 @@
 #include <memory>
 #include <string>
 
+#if defined(_WIN32)
+#include "testkit/win32/WindowsKit.h"
+#else
 #include "testkit/Process.h"
+#endif
 
 namespace probe {
 
@@ -15,6 +19,27 @@ struct Setup {
   bool monitorBeforeStart = true;                  // bind the monitor before the probe loads
 };
 
+#if defined(_WIN32)
+// On Windows the loader takes the library beside the program, and the test program's own window
+// is the monitor: a session is the probe copied beside the library, driven line by line.
+class Session {
+public:
+  explicit Session(const Setup& setup) {
+    if (!m_dir.copyLibrary() || (setup.writeSettings && !m_dir.write("lw.ini", setup.settings))) return;
+    m_probe = std::make_unique<testkit::ChildProcess>(std::vector<std::string>{m_dir.copyProgram("krgel_probe_host.exe")});
+  }
+  std::string call(const std::string& command) { return m_probe ? m_probe->call(command) : "<probe did not start>"; }
+  int quit() {
+    if (!m_probe) return -1;
+    m_probe->closeInput();
+    return static_cast<int>(m_probe->wait(10000));
+  }
+
+private:
+  testkit::ScratchDir m_dir;
+  std::unique_ptr<testkit::ChildProcess> m_probe;
+};
+#else
 class Session {
 public:
   explicit Session(const Setup& setup) {
@@ -31,6 +56,7 @@ public:
   std::vector<std::string> received() { return m_monitor ? m_monitor->receive(0) : std::vector<std::string>(); }
   // Ends the probe (end of its input) and answers its exit status.
   int quit() {
+    if (!m_probe) return -1;
     m_probe->closeInput();
     return m_probe->wait(10000);
   }
@@ -40,5 +66,6 @@ private:
   std::unique_ptr<testkit::TestMonitor> m_monitor;
   std::unique_ptr<testkit::ChildProcess> m_probe;
 };
+#endif
 
 }  // namespace probe

@@ -8,5 +8,9 @@ target_compile_definitions(krgel_support_tests PRIVATE
   KRGEL_KRGEMON="$<TARGET_FILE:krgemon>")
 
 # The shared object exports the library's own public names and nothing else.
+if(WIN32)
+  include(support/win32/extra.cmake)
+else()
 add_test(NAME KrGeL.ExportedSymbolsArePublicNamesOnly
   COMMAND ${CMAKE_COMMAND} -DLIBRARY=$<TARGET_FILE:KrGeL> -P ${PROJECT_SOURCE_DIR}/cmake/CheckExports.cmake)
+endif()

@@ -40,12 +40,14 @@ public:
   }
   // 10^u, u uniform in [lowExponent, highExponent].
   double magnitude(double lowExponent, double highExponent) { return std::pow(10.0, uniform(lowExponent, highExponent)); }
+  // Uniform on the sphere by rejection; 64 misses in a row (probability below 1e-20) give OZ.
   KrGeVector3d unitVector() {
-    for (;;) {
+    for (int attempt = 0; attempt < 64; ++attempt) {
       const KrGeVector3d v(uniform(-1, 1), uniform(-1, 1), uniform(-1, 1));
       const double length = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
       if (length > 0.1 && length <= 1.0) return v / length;
     }
+    return KrGeVector3d(0, 0, 1);
   }
   KrGeVector3d vector(double lowExponent, double highExponent) {
     return unitVector() * std::fabs(logUniform(lowExponent, highExponent));

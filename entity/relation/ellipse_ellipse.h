@@ -1,0 +1,23 @@
+// Relations between two elliptical arcs.
+#pragma once
+
+#include "entity/relation/KrCurveRelation.h"
+
+namespace krrelation {
+// The global closest pair (krEllipsePairMinimum along the second curve, the first's nearest
+// point by krEllipseArcNearest).
+bool closestEllipseEllipse(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, KrGePoint3d& onFirst,
+                        KrGePoint3d& onSecond, const KrGeTol& tol);
+// The closest pair as seen along `direction` (both arcs' affine images); a zero or non-finite
+// direction reports "(!pSeen)" and falls back to the closest pair in space.
+bool projClosestEllipseEllipse(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second,
+                            const KrGeVector3d& direction, KrGePoint3d& onFirst, KrGePoint3d& onSecond,
+                            const KrGeTol& tol);
+// The closest pair with both parameters within their neighbourhoods.
+bool localClosestEllipseEllipse(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second,
+                             const KrGeInterval* nbhdFirst, const KrGeInterval* nbhdSecond, double& paramFirst,
+                             double& paramSecond, const KrGeTol& tol);
+// krEllipseEllipseHits: at most four points.
+bool intersectEllipseEllipse(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, const KrGeTol& tol,
+                          KrCurveIntersections& result);
+}  // namespace krrelation
