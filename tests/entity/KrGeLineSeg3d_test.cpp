@@ -69,8 +69,8 @@ TEST(KrGeLineSeg3d, EvaluateAndSample) {
   });
   EXPECT_EQ(derivatives.GetSize(), 0);
   EXPECT_EQ(points.GetSize(), 1 << 20);
-  EXPECT_EQ(countAssertions(beyond, "(numDeriv>kMaxDerivOrder)"), 1);
-  EXPECT_EQ(countAssertions(beyond, "(numSample>kMaxSampleCount)"), 1);
+  EXPECT_TRUE(reportedOnce(countAssertions(beyond, "(numDeriv>kMaxDerivOrder)")));
+  EXPECT_TRUE(reportedOnce(countAssertions(beyond, "(numSample>kMaxSampleCount)")));
   const auto unbounded = recordsOf([&] { KrGeLine3d().getSamplePoints(4, points); });
   EXPECT_EQ(points.GetSize(), 0);
   EXPECT_EQ(warningsIn(unbounded), std::vector<std::string>{warningText("KrLinearEnt3dImpl::getSamplePoints on unbounded line")});

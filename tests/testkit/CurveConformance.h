@@ -175,8 +175,7 @@ TYPED_TEST_P(CurveConformance, HostileCounts_AreReportedAndNeverAllocatedFor) {
   });
   EXPECT_LE(derivatives.GetSize(), 1 << 20);
   EXPECT_LE(samples.GetSize(), 1 << 20);
-  EXPECT_GE(records.size(), 2u);
-  EXPECT_EQ(countAssertions(records, "(order>kMaxDerivOrder)"), 1);
+  EXPECT_TRUE(reportedOnce(countAssertions(records, "(order>kMaxDerivOrder)")));
   curve.evalPoint(0.5, 256, derivatives);
   EXPECT_EQ(derivatives.GetSize(), 256);
 }

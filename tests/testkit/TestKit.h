@@ -104,6 +104,15 @@ inline int countAssertions(const std::vector<Record>& records, const std::string
   }));
 }
 
+// A check reports once per process. A test that counts the reports of a check that other tests
+// reach too expects exactly one when it runs alone in its process (ctest runs each test so on
+// POSIX) and at most one when earlier tests of the same process may have taken the report.
+inline ::testing::AssertionResult reportedOnce(int count) {
+  const bool alone = ::testing::UnitTest::GetInstance()->test_to_run_count() == 1;
+  if (count == 1 || (!alone && count == 0)) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "reported " << count << " times" << (alone ? " (alone in its process)" : "");
+}
+
 inline std::string warningText(const std::string& message) { return "WARNING '" + message + "'"; }
 inline std::string noticeText(const std::string& signature) { return "AUTOTEST not passed for \"" + signature + "\""; }
 
