@@ -107,6 +107,11 @@ Shape markShape(const ViewFrame& frame, const Scene& scene, const Mark& mark, in
       shape.cssClass = "mark box";
       shape.points = boxOutline(frame, mark.a, mark.b);
       break;
+    case Mark::kBlock:
+      shape.type = Shape::kPolygon;
+      shape.cssClass = "mark box block";
+      shape.points = blockOutline(frame, mark.a, mark.sides[0], mark.sides[1], mark.sides[2]);
+      break;
     case Mark::kLine:
       shape.type = Shape::kUnbounded;
       shape.cssClass = "mark line";
@@ -241,6 +246,7 @@ constexpr const char* kStyle =
     "  .mark { fill: none; stroke: #c8102e; stroke-width: 2; }\n"
     "  .mark.pair { stroke-dasharray: 6 4; stroke-width: 1.5; }\n"
     "  .mark.box { stroke: #2e8540; stroke-width: 1.2; stroke-dasharray: 3 3; }\n"
+    "  .mark.box.block { stroke: #6b3fa0; }\n"
     "  .mark.curve, .mark.line { stroke: #e07b00; stroke-width: 2.5; }\n"
     "  .label { font: 13px sans-serif; fill: #1d4f91; }\n"
     "  .label.result { fill: #b35f00; }\n"
