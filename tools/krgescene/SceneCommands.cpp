@@ -52,7 +52,7 @@ std::vector<Command> makeTable() {
       {"ellipse", Section::kEntity,
        {newName(), point("CENTER"), vector("MAJORAXIS"), vector("MINORAXIS"), number("MAJOR"), number("MINOR"),
         optional(number("START")), number("END")},
-       "ellipse with radii MAJOR, MINOR; the arc from eccentric angle START to END", defineEllipse},
+       "the ellipse, or its arc from eccentric angle START to END", defineEllipse},
       {"copy", Section::kEntity, {newName(), name("SOURCE", kEntityKinds | kVectorKind)},
        "a copy of SOURCE under a new name", defineCopy},
 
