@@ -266,17 +266,24 @@ void queryIntersect(Scene& scene, const std::vector<Arg>& args, Result& result) 
   }
 }
 
+// An unbounded curve's block reaches a fixed far distance along it: printed, but not drawn (the
+// picture would shrink everything else to a dot).
+bool drawsBlock(const Arg& arg, Result& result) {
+  KrGeInterval range;
+  arg.named->curve().getInterval(range);
+  if (range.isBounded()) return true;
+  result.flag("unbounded, not drawn", true);
+  return false;
+}
+
 void queryBound(Scene&, const std::vector<Arg>& args, Result& result) {
   const KrGeBoundBlock3d block = args[0].named->curve().orthoBoundBlock();
-  KrGePoint3d low, high;
-  block.getMinMaxPoints(low, high);
-  result.point("min", low);
-  result.point("max", high);
   Mark mark;
   mark.type = Mark::kBox;
-  mark.a = low;
-  mark.b = high;
-  result.marks.push_back(mark);
+  block.getMinMaxPoints(mark.a, mark.b);
+  result.point("min", mark.a);
+  result.point("max", mark.b);
+  if (drawsBlock(args[0], result)) result.marks.push_back(mark);
 }
 
 void queryBox(Scene&, const std::vector<Arg>& args, Result& result) {
@@ -286,7 +293,7 @@ void queryBox(Scene&, const std::vector<Arg>& args, Result& result) {
   block.get(mark.a, mark.sides[0], mark.sides[1], mark.sides[2]);
   result.point("base", mark.a);
   for (int i = 0; i < 3; ++i) result.vector("side " + std::to_string(i + 1), mark.sides[i]);
-  result.marks.push_back(mark);
+  if (drawsBlock(args[0], result)) result.marks.push_back(mark);
 }
 
 void queryDegenerate(Scene&, const std::vector<Arg>& args, Result& result) {
