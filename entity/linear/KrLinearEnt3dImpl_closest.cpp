@@ -29,7 +29,15 @@ KrGePoint3d KrLinearEnt3dImpl::closestPointTo(const KrGeCurve3d& curve2, KrGePoi
                                               const KrGeTol& tol) const {
   KRS_AUTOTEST("KrLinearEnt3dImpl::closestPointTo(curve, ptOnC, tol)");
   KrGePoint3d onThis = KrGePoint3d::kOrigin;
-  krrelation::closestPair(*this, *curveImplOf(curve2), onThis, pntOnOtherCrv, tol);
+  const KrGeCurve3dImpl& other = *curveImplOf(curve2);
+  const KrGe::EntityId kind = other.type();
+  if (kind == KrGe::kLine3d || kind == KrGe::kLineSeg3d) {
+    // The commonest pair is solved here, as the relation table would, without the table's
+    // lookup and indirect call: they would cost about as much as the solve itself.
+    krClosestPoints(span(), static_cast<const KrLinearEnt3dImpl&>(other).span(), onThis, pntOnOtherCrv);
+    return onThis;
+  }
+  krrelation::closestPair(*this, other, onThis, pntOnOtherCrv, tol);
   return onThis;
 }
 

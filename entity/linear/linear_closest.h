@@ -55,6 +55,7 @@ double krClosestParamToPoint(const KrLinearSpan& span, const KrGePoint3d& point)
 // keep a relative error ~ eps / sin, which moves the found point along the valley of f where f
 // changes only by ~ eps |b.o - a.o|. So the distance stays accurate whatever the angle.
 inline void krClosestParamsRaw(const KrLinearSpan& a, const KrLinearSpan& b, double& s, double& t) {
+  constexpr double kInf = std::numeric_limits<double>::infinity();
   const KrGeVector3d& d1 = a.direction;
   const KrGeVector3d& d2 = b.direction;
   const KrGeVector3d r = a.origin - b.origin;
@@ -88,13 +89,22 @@ inline void krClosestParamsRaw(const KrLinearSpan& a, const KrLinearSpan& b, dou
   // Parallel: g is constant and any s minimises it; 0 (clamped) is taken. The three divisions
   // are independent reciprocals issued together, and both candidates for s are computed and
   // then selected: random pairs then meet neither a chain of divisions nor mispredicted
-  // branches. (A reciprocal product is within 1.5 ulp of the quotient.)
+  // branches. (A reciprocal product is within 1.5 ulp of the quotient.) The parallel test is
+  // applied to the quotient, not to the divisor, so that the division does not wait for it.
   const bool parallel = !(nn > krLinearParallelSin2 * aa * ee);
-  const double invNN = 1.0 / (parallel ? 1.0 : nn);
+  const double invNN = 1.0 / nn;
   const double invEE = 1.0 / ee;
+  const double sRaw = parallel ? 0.0 : (-r).crossProduct(d2).dotProduct(n) * invNN;
+  if (a.lower == -kInf && a.upper == kInf && b.lower == -kInf && b.upper == kInf) {
+    // Two infinite lines: no clamp can bind, so s is the free minimum and t its foot. A NaN t
+    // makes s NaN as the clamped path below does (its t0 == tFree test fails).
+    const double tRaw = (bb * sRaw + f) * invEE;
+    s = tRaw == tRaw ? sRaw : tRaw;
+    t = tRaw;
+    return;
+  }
   const double invAA = 1.0 / aa;
-  const double sFree = parallel ? 0.0 : (-r).crossProduct(d2).dotProduct(n) * invNN;
-  const double s0 = krClampParam(sFree, a.lower, a.upper);
+  const double s0 = krClampParam(sRaw, a.lower, a.upper);
   const double tFree = (bb * s0 + f) * invEE;
   const double t0 = krClampParam(tFree, b.lower, b.upper);
   const double s1 = krClampParam((bb * t0 - c) * invAA, a.lower, a.upper);
@@ -110,6 +120,15 @@ inline void krClosestParams(const KrLinearSpan& a, const KrLinearSpan& b, double
   krClosestParamsRaw(a, b, s, t);
   if (!(s == s)) s = krFallbackParam(a.lower, a.upper);
   if (!(t == t)) t = krFallbackParam(b.lower, b.upper);
+}
+
+// The points of a closest pair of the two spans (krClosestParams).
+inline void krClosestPoints(const KrLinearSpan& a, const KrLinearSpan& b, KrGePoint3d& onA, KrGePoint3d& onB) {
+  double s = 0.0;
+  double t = 0.0;
+  krClosestParams(a, b, s, t);
+  onA = a.at(s);
+  onB = b.at(t);
 }
 
 // The span restricted to a parameter neighbourhood (null: the whole span); a neighbourhood that

@@ -51,23 +51,29 @@ constexpr Entry kTable[] = {
      {closestEllipseEllipse, projClosestEllipseEllipse, localClosestEllipseEllipse, intersectEllipseEllipse}},
 };
 
+// The row of each ordered pair of kinds, worked out once from kTable: a direct lookup instead of
+// a search on every call, which sits on the path of every closest-pair and intersection query.
+struct Slot {
+  const KrCurveRelationRow* row = nullptr;
+  bool swapped = false;
+};
+struct Lookup {
+  Slot slots[kKrCurveKindCount][kKrCurveKindCount];
+  constexpr Lookup() : slots() {
+    for (const Entry& entry : kTable) {
+      const int a = static_cast<int>(entry.first), b = static_cast<int>(entry.second);
+      slots[a][b] = Slot{&entry.row, false};
+      if (a != b && !slots[b][a].row) slots[b][a] = Slot{&entry.row, true};
+    }
+  }
+};
+constexpr Lookup kLookup;
+
 // The row of (first, second); `swapped` tells that it was found as (second, first).
-const KrCurveRelationRow* find(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, bool& swapped) {
-  const KrCurveKind a = krCurveKindOf(first);
-  const KrCurveKind b = krCurveKindOf(second);
-  for (const Entry& entry : kTable) {
-    if (entry.first == a && entry.second == b) {
-      swapped = false;
-      return &entry.row;
-    }
-  }
-  for (const Entry& entry : kTable) {
-    if (entry.first == b && entry.second == a) {
-      swapped = true;
-      return &entry.row;
-    }
-  }
-  return nullptr;
+inline const KrCurveRelationRow* find(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, bool& swapped) {
+  const Slot& slot = kLookup.slots[static_cast<int>(krCurveKindOf(first))][static_cast<int>(krCurveKindOf(second))];
+  swapped = slot.swapped;
+  return slot.row;
 }
 
 // The one report of a pair of kinds without a solver.

@@ -17,13 +17,7 @@ namespace krrelation {
 
 bool closestLineLine(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, KrGePoint3d& onFirst,
                      KrGePoint3d& onSecond, const KrGeTol&) {
-  const KrLinearEnt3dImpl& a = linear(first);
-  const KrLinearEnt3dImpl& b = linear(second);
-  double s = 0.0;
-  double t = 0.0;
-  krClosestParams(a.span(), b.span(), s, t);
-  onFirst = a.evalPoint(s);
-  onSecond = b.evalPoint(t);
+  krClosestPoints(linear(first).span(), linear(second).span(), onFirst, onSecond);
   return true;
 }
 
