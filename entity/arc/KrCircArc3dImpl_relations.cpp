@@ -4,7 +4,10 @@
 #include "KrGeLinearEnt3d.h"
 #include "KrsDiagnostics.h"
 #include "entity/arc/KrCircArc3dImpl.h"
+#include "entity/linear/KrLinearEnt3dImpl.h"
 #include "entity/relation/KrCurveRelation.h"
+#include "entity/relation/arc_arc.h"
+#include "entity/relation/line_arc.h"
 
 namespace {
 
@@ -27,14 +30,18 @@ KrGePoint3d KrCircArc3dImpl::closestPointTo(const KrGeCurve3d& curve2, KrGePoint
 
 bool KrCircArc3dImpl::intersectWith(const KrGeLinearEnt3d& line, int& numInt, KrGePoint3d& p1, KrGePoint3d& p2,
                                     const KrGeTol& tol) const {
+  // The pair of kinds is known here: its solver is called without the relation table (only
+  // the points are reported, so the parameters need not be swapped back).
   KrCurveIntersections found;
-  krrelation::intersect(*this, *curveImplOf(line), tol, found);
+  krLineArcIntersections(static_cast<const KrLinearEnt3dImpl&>(*curveImplOf(line)).span(), m_arc,
+                         tol.equalPoint(), found);
   return firstTwo(found, numInt, p1, p2);
 }
 
 bool KrCircArc3dImpl::intersectWith(const KrGeCircArc3d& arc, int& numInt, KrGePoint3d& p1, KrGePoint3d& p2,
                                     const KrGeTol& tol) const {
   KrCurveIntersections found;
-  krrelation::intersect(*this, *curveImplOf(arc), tol, found);
+  krArcArcIntersections(m_arc, static_cast<const KrCircArc3dImpl&>(*curveImplOf(arc)).frame(), tol.equalPoint(),
+                        found);
   return firstTwo(found, numInt, p1, p2);
 }

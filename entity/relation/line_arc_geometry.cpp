@@ -5,24 +5,6 @@
 
 #include "entity/linear/linear_closest.h"
 
-KrCircle krCircleOf(const KrArcFrame& frame) {
-  KrCircle circle;
-  circle.center = frame.center;
-  circle.n = frame.normal;
-  circle.u = frame.refVec;
-  circle.v = frame.yAxis();
-  circle.radius = frame.radius;
-  if (frame.radius < 0.0) {
-    circle.radius = -frame.radius;
-    circle.u.negate();
-    circle.v.negate();
-  }
-  circle.start = frame.startAng;
-  circle.sweep = frame.sweep > 0.0 ? frame.sweep : 0.0;
-  circle.full = frame.sweep >= kKrRelTwoPi;
-  return circle;
-}
-
 KrArcFrame krFrameOf(const KrCircle& circle) {
   KrArcFrame frame;
   frame.center = circle.center;
@@ -39,26 +21,6 @@ bool krIsFinite(const KrLinearSpan& span) {
          span.upper == span.upper && span.lower <= span.upper;
 }
 
-double krArcOffset(const KrCircle& circle, double angle) {
-  double offset = angle - circle.start;
-  if (offset >= 0.0 && offset < kKrRelTwoPi) return offset;
-  if (offset < 0.0 && offset >= -kKrRelTwoPi) {
-    offset += kKrRelTwoPi;
-    return offset < kKrRelTwoPi ? offset : 0.0;
-  }
-  offset -= kKrRelTwoPi * std::floor(offset / kKrRelTwoPi);
-  // The reduction can round up to 2 pi itself, which is the start again.
-  return offset >= kKrRelTwoPi || offset < 0.0 ? 0.0 : offset;
-}
-
-double krArcParamWithin(const KrCircle& circle, double angle, double tol) {
-  const double offset = krArcOffset(circle, angle);
-  if (circle.full || offset <= circle.sweep) return circle.start + offset;
-  const double pastEnd = offset - circle.sweep;
-  const double beforeStart = kKrRelTwoPi - offset;
-  if (pastEnd <= beforeStart) return pastEnd * circle.radius <= tol ? circle.start + circle.sweep : std::nan("");
-  return beforeStart * circle.radius <= tol ? circle.start : std::nan("");
-}
 
 KrTurn krClosestArcTurn(const KrCircle& circle, const KrGePoint3d& point) {
   const KrGeVector3d w = point - circle.center;
@@ -231,12 +193,3 @@ double krValleyResolution(double a, double b, double d, double noise) {
   return trace > 0.0 && det > 0.0 ? std::sqrt(noise * trace / det) : std::numeric_limits<double>::infinity();
 }
 
-double krEffectiveTolerance(double magnitude, double tol) {
-  // 10^(ceil(log10 m) - 14) <= m * 1e-13, so below tol whenever m * 1e-13 is.
-  if (magnitude * 1e-13 <= tol) return tol;
-  return krEffectiveEqualPoint(KrGePoint3d(magnitude, 0.0, 0.0), KrGePoint3d::kOrigin, tol);
-}
-
-double krMagnitude(const KrGePoint3d& point, double extent) {
-  return std::max({std::fabs(point.x), std::fabs(point.y), std::fabs(point.z)}) + extent;
-}

@@ -3,7 +3,9 @@
 // the algebraic closest approaches of a circle to an infinite line.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "KrGePoint3d.h"
 #include "KrGeVector3d.h"
@@ -57,7 +59,25 @@ struct KrCircle {
   double angleOf(const KrGeVector3d& w) const { return std::atan2(w.dotProduct(v), w.dotProduct(u)); }
 };
 
-KrCircle krCircleOf(const KrArcFrame& frame);
+// The arc as a circle; inline, as every relation starts with it.
+inline KrCircle krCircleOf(const KrArcFrame& frame) {
+  KrCircle circle;
+  circle.center = frame.center;
+  circle.n = frame.normal;
+  circle.u = frame.refVec;
+  circle.v = frame.yAxis();
+  circle.radius = frame.radius;
+  if (frame.radius < 0.0) {
+    circle.radius = -frame.radius;
+    circle.u.negate();
+    circle.v.negate();
+  }
+  circle.start = frame.startAng;
+  circle.sweep = frame.sweep > 0.0 ? frame.sweep : 0.0;
+  circle.full = frame.sweep >= kKrRelTwoPi;
+  return circle;
+}
+
 // The circle as arc data again (positive radius), as the coordinate descents take it.
 KrArcFrame krFrameOf(const KrCircle& circle);
 // Every field a finite number. x * 0 is 0 for every finite x and NaN for infinities and NaN,
@@ -72,7 +92,17 @@ inline bool krIsFinite(const KrCircle& c) {
 bool krIsFinite(const KrLinearSpan& span);
 
 // (angle - start) reduced into [0, 2 pi).
-double krArcOffset(const KrCircle& circle, double angle);
+inline double krArcOffset(const KrCircle& circle, double angle) {
+  double offset = angle - circle.start;
+  if (offset >= 0.0 && offset < kKrRelTwoPi) return offset;
+  if (offset < 0.0 && offset >= -kKrRelTwoPi) {
+    offset += kKrRelTwoPi;
+    return offset < kKrRelTwoPi ? offset : 0.0;
+  }
+  offset -= kKrRelTwoPi * std::floor(offset / kKrRelTwoPi);
+  // The reduction can round up to 2 pi itself, which is the start again.
+  return offset >= kKrRelTwoPi || offset < 0.0 ? 0.0 : offset;
+}
 // The angle as a parameter of the arc: start + its offset, in [start, start + 2 pi).
 inline double krArcParam(const KrCircle& circle, double angle) { return circle.start + krArcOffset(circle, angle); }
 inline bool krOnArc(const KrCircle& circle, double angle) {
@@ -80,7 +110,15 @@ inline bool krOnArc(const KrCircle& circle, double angle) {
 }
 // The parameter of the arc within model distance `tol` of the point at `angle` (tol / radius
 // radians): its own parameter on the arc, the nearer end within the slack, NaN beyond it.
-double krArcParamWithin(const KrCircle& circle, double angle, double tol);
+inline double krArcParamWithin(const KrCircle& circle, double angle, double tol) {
+  const double offset = krArcOffset(circle, angle);
+  if (circle.full || offset <= circle.sweep) return circle.start + offset;
+  const double pastEnd = offset - circle.sweep;
+  const double beforeStart = kKrRelTwoPi - offset;
+  const double none = std::numeric_limits<double>::quiet_NaN();
+  if (pastEnd <= beforeStart) return pastEnd * circle.radius <= tol ? circle.start + circle.sweep : none;
+  return beforeStart * circle.radius <= tol ? circle.start : none;
+}
 
 // The parameter (in [start, start + sweep]) of the point of the arc nearest to `point`: the
 // radial direction of its projection when that lies on the arc, otherwise the nearer end (in
@@ -104,6 +142,12 @@ double krValleyResolution(double a, double b, double d, double noise);
 
 // tol raised where coordinates of the given magnitude carry fewer digits than it needs
 // (krEffectiveEqualPoint); the common small-coordinate case costs one comparison.
-double krEffectiveTolerance(double magnitude, double tol);
+inline double krEffectiveTolerance(double magnitude, double tol) {
+  // 10^(ceil(log10 m) - 14) <= m * 1e-13, so below tol whenever m * 1e-13 is.
+  if (magnitude * 1e-13 <= tol) return tol;
+  return krEffectiveEqualPoint(KrGePoint3d(magnitude, 0.0, 0.0), KrGePoint3d::kOrigin, tol);
+}
 // Largest absolute coordinate of the point plus `extent`.
-double krMagnitude(const KrGePoint3d& point, double extent = 0.0);
+inline double krMagnitude(const KrGePoint3d& point, double extent = 0.0) {
+  return std::max({std::fabs(point.x), std::fabs(point.y), std::fabs(point.z)}) + extent;
+}
