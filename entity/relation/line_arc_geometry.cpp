@@ -21,7 +21,6 @@ bool krIsFinite(const KrLinearSpan& span) {
          span.upper == span.upper && span.lower <= span.upper;
 }
 
-
 KrTurn krClosestArcTurn(const KrCircle& circle, const KrGePoint3d& point) {
   const KrGeVector3d w = point - circle.center;
   const double x = w.dotProduct(circle.u);
@@ -185,11 +184,5 @@ int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVec
     emit(sy * sn * by / least, sx * x0 / (least + kappa));  // the pair about to merge, or just merged
   }
   return count;
-}
-
-double krValleyResolution(double a, double b, double d, double noise) {
-  // The trace is within a factor 2 of the largest eigenvalue, enough for a resolution.
-  const double trace = a + d, det = a * d - b * b;
-  return trace > 0.0 && det > 0.0 ? std::sqrt(noise * trace / det) : std::numeric_limits<double>::infinity();
 }
 

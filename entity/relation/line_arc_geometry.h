@@ -138,7 +138,11 @@ int krLineCircleMinima(const KrCircle& circle, const KrGePoint3d& base, const Kr
 
 // About sqrt(noise / lambda) for the least eigenvalue lambda of the symmetric [[a, b], [b, d]]
 // (taken as det / trace, within a factor 2); infinite unless it is positive definite.
-double krValleyResolution(double a, double b, double d, double noise);
+inline double krValleyResolution(double a, double b, double d, double noise) {
+  // The trace is within a factor 2 of the largest eigenvalue, enough for a resolution.
+  const double trace = a + d, det = a * d - b * b;
+  return trace > 0.0 && det > 0.0 ? std::sqrt(noise * trace / det) : std::numeric_limits<double>::infinity();
+}
 
 // tol raised where coordinates of the given magnitude carry fewer digits than it needs
 // (krEffectiveEqualPoint); the common small-coordinate case costs one comparison.
