@@ -71,9 +71,12 @@ struct Ellipse {
   // is nearly linear both there and far out, is taken instead when it stays in the bracket
   // (and, from the left, goes farther). Ends when the bracket is down to a few units in the last
   // place, or after a step below 1e-9 relative: convergence is quadratic by then, so the error
-  // left is far below the rounding.
+  // left is far below the rounding. It also ends when the steps show that the next one would be
+  // below the rounding: with quadratic convergence a step d after a step p predicts the next as
+  // about d^3 / p^2 (relative). Most calls thus save the last, confirming, step.
   double nearestRoot(double low, double high) const {
     double s = low;
+    double previous = 0.0;  // the size of the last step
     for (int i = 0; i < 100; ++i) {
       // Both reciprocals from one division, and one more for the two step lengths.
       const double ab = 1.0 / (s * (s + kappa));
@@ -92,7 +95,9 @@ struct Ellipse {
         next = linear > low ? linear : 0.5 * (low + high);
       }
       if (!std::isfinite(next) || high - low <= 4e-16 * high) break;
-      const bool small = std::fabs(next - s) <= 1e-9 * next;
+      const double step = std::fabs(next - s);
+      const bool small = step <= 1e-9 * next || step * step * step <= kKrRelEpsilon * previous * previous * next;
+      previous = step;
       s = next;
       if (small) break;
     }
