@@ -123,8 +123,9 @@ struct ArcDistance {
       const KrGeVector3d tangent = from.tangent(turn);
       const double h1 = tangent.dotProduct(to.n), h2 = -radial.dotProduct(to.n);
       const KrGeVector3d flat1 = tangent - to.n * h1, flat2 = -radial - to.n * h2;
-      const double rho1 = flat.dotProduct(flat1) / rho;
-      const double rho2 = (flat1.lengthSqrd() + flat.dotProduct(flat2) - rho1 * rho1) / rho;
+      const double inverseRho = 1.0 / rho;  // one division for both derivatives
+      const double rho1 = flat.dotProduct(flat1) * inverseRho;
+      const double rho2 = (flat1.lengthSqrd() + flat.dotProduct(flat2) - rho1 * rho1) * inverseRho;
       if (first) *first = 2.0 * (h * h1 + gap * rho1);
       if (second) *second = 2.0 * (h1 * h1 + h * h2 + rho1 * rho1 + gap * rho2);
     }
@@ -135,11 +136,14 @@ struct ArcDistance {
 // A local minimum of the distance in [low, high] (offsets from `from`'s start) from `x`, the
 // least sample: Newton steps where the curvature is positive and the step stays in the bracket,
 // halving towards the descent otherwise; a point that is not lower shrinks the bracket. A Newton
-// step below 1e-9 is the last: convergence is quadratic by then.
+// step below 1e-9 is the last: convergence is quadratic by then. So is a Newton step d after an
+// accepted Newton step p when d^3 / p^2, the size that quadratic convergence predicts for the
+// next one, is below the rounding.
 KrTurn bracketedMinimum(const ArcDistance& distance, double low, double high, double x, KrTurn turn) {
   const double start = distance.from.start;
   double first = 0.0, second = 0.0;
   double fx = distance.value(turn, &first, &second);
+  double previous = 0.0;  // the last accepted Newton step, 0 after any other
   for (int i = 0; i < 60; ++i) {
     double next = second > 0.0 ? x - first / second : x;
     bool newton = true;
@@ -147,12 +151,15 @@ KrTurn bracketedMinimum(const ArcDistance& distance, double low, double high, do
       next = first > 0.0 ? 0.5 * (low + x) : 0.5 * (x + high);
       newton = false;
     }
-    if (std::fabs(next - x) <= 4.0 * kKrRelEpsilon * (1.0 + std::fabs(x))) break;
-    const bool last = newton && std::fabs(next - x) <= 1e-9;
+    const double step = std::fabs(next - x);
+    if (step <= 4.0 * kKrRelEpsilon * (1.0 + std::fabs(x))) break;
+    const bool last = newton && (step <= 1e-9 || step * step * step <= kKrRelEpsilon * previous * previous);
     const KrTurn nextTurn = krTurnOf(start + next);
     double nextFirst = 0.0, nextSecond = 0.0;
     const double fn = distance.value(nextTurn, &nextFirst, &nextSecond);
+    previous = 0.0;
     if (fn <= fx) {
+      if (newton) previous = step;
       (next > x ? low : high) = x;
       x = next;
       turn = nextTurn;
