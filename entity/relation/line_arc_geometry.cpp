@@ -170,9 +170,11 @@ int krLineCircleMinima(const KrCircle& c, const KrGePoint3d& base, const KrGeVec
     return count;
   }
   const Ellipse ellipse{x0, by, kappa};
-  // The root lies in [max(beta y0, x0 - kappa), hypot(x0, beta y0)]: F >= 0 at the lower end
-  // (one of its terms is 1) and <= 0 at the upper one.
-  const double s = ellipse.nearestRoot(std::max(by, x0 - kappa), std::sqrt(x0 * x0 + by * by));
+  // The root lies in [max(beta y0, x0 - kappa, h - kappa), h] with h = hypot(x0, beta y0): F >= 0
+  // at the lower end (one of its terms is 1, or at h - kappa both denominators are at most h^2)
+  // and <= 0 at the upper one. The nearer the start to the root, the fewer the steps.
+  const double h = std::sqrt(x0 * x0 + by * by);
+  const double s = ellipse.nearestRoot(std::max({by, x0 - kappa, h - kappa}), h);
   emit(sy * sn * by / s, sx * x0 / (s + kappa));
   if (!all || !(kappa > 0.0)) return count;
 
