@@ -16,7 +16,8 @@ class KrCompositeCurve3dImpl;
 // to a segment (globalToLocalParam) picks the first segment i with s <= S(i+1) + g, S(i) the summed
 // lengths of the segments before i and g = KrGeContext::gTol.equalPoint() (the last segment takes
 // everything beyond), and answers that segment's paramAtLength(lower, s - S(i)); an unbounded
-// segment counts as 1.7976931348623157e308 long and gets s itself. The stored interval takes no part
+// segment counts as 1.7976931348623157e308 long and gets s itself; a segment that is itself a
+// composite (parametrised by arc length too) gets lower + s - S(i). The stored interval takes no part
 // in the mapping. Segment lengths are summed once per list change (setCurveList, the constructors,
 // assignment, transformBy, reverseParam, setInterval()) and kept for a binary search, so evaluation
 // costs O(log n) plus one segment evaluation. A segment changed in place through its own facade

@@ -38,6 +38,8 @@ double KrCompositeCurve3dImpl::globalToLocalParam(double param, int& segNum) con
   const KrGeCurve3d& curve = segment(index);
   const KrGeInterval range = rangeOf(curve);
   if (!range.isBounded()) return param;
+  // A nested composite is parametrised by arc length itself; its paramAtLength is not provided.
+  if (curve.type() == KrGe::kCompositeCrv3d) return range.lowerBound() + (param - mLengths.before(index));
   return curve.paramAtLength(range.lowerBound(), param - mLengths.before(index), true,
                              KrGeContext::gTol.equalPoint());
 }

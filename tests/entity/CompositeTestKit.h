@@ -14,6 +14,11 @@ inline KrGeLineSeg3d* segment(const KrGePoint3d& from, const KrGePoint3d& to) { 
 
 // The length of a segment or an arc from its geometry, not from its length().
 inline double lengthOf(const KrGeCurve3d& piece) {
+  if (piece.type() == KrGe::kCompositeCrv3d) {
+    KrGeInterval range;
+    piece.getInterval(range);
+    return range.upperBound();
+  }
   if (piece.type() == KrGe::kCircArc3d) {
     const auto& arc = static_cast<const KrGeCircArc3d&>(piece);
     return arc.radius() * (arc.endAng() - arc.startAng());
@@ -40,13 +45,19 @@ struct Chain {
     return chain;
   }
 
-  // `count` connected pieces, segments and arcs at random, each 1e-3 to 1e3 long.
-  static Chain random(linear_test::Random& random, int count) {
+  // `count` connected pieces, segments and arcs at random, each 1e-3 to 1e3 long; with `nested`,
+  // one in ten is a composite of such pieces itself.
+  static Chain random(linear_test::Random& random, int count, bool nested = true) {
     std::vector<KrGeCurve3d*> pieces;
     KrGePoint3d at = random.point(10);
     for (int i = 0; i < count; ++i) {
       const double size = random.magnitude(-3, 3);
-      if (random.uniform(0, 1) < 0.5) {
+      const double kind = random.uniform(0, 1);
+      if (nested && kind < 0.1) {
+        const Chain inner = Chain::random(random, 1 + int(random.uniform(0, 4)), false);
+        pieces.push_back(new KrGeCompositeCurve3d(inner.curve));
+        at = pieces.back()->evalPoint(inner.total());
+      } else if (kind < 0.55) {
         pieces.push_back(segment(at, at + random.unitVector() * size));
         at = pieces.back()->evalPoint(1.0);
       } else {
