@@ -52,6 +52,7 @@ list(APPEND KRGEL_SOURCES
   entity/relation/arc_arc.cpp
   entity/relation/arc_arc_intersect.cpp
   entity/composite/composite_chain.cpp
+  entity/composite/composite_offset.cpp
   entity/composite/KrCompositeCurve3dImpl.cpp
   entity/composite/KrCompositeCurve3dImpl_param.cpp
   entity/composite/KrCompositeCurve3dImpl_query.cpp

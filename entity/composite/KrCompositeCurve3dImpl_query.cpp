@@ -5,6 +5,7 @@
 #include "KrGeLineSeg3d.h"
 #include "KrsDiagnostics.h"
 #include "entity/composite/KrCompositeCurve3dImpl.h"
+#include "entity/composite/composite_offset.h"
 #include "entity/relation/KrCurveRelation.h"
 
 namespace {
@@ -226,11 +227,10 @@ bool KrCompositeCurve3dImpl::isCoplanarWith(const KrGeCurve3d& curve2, KrGePlane
   return true;
 }
 
-// Each segment offsets itself; the pieces follow the chain's order.
+// The joining of the pieces is in composite_offset.
 void KrCompositeCurve3dImpl::getTrimmedOffset(double distance, const KrGeVector3d& planeNormal,
                                               KrsArray<void*>& offsetCurveList, KrGe::OffsetCrvExtType extensionType,
                                               const KrGeTol& tol) const {
   KRS_AUTOTEST("void KrCompositeCurve3dImpl::getTrimmedOffset(double distance, const KrGeVector3d& planeNormal, KrGeVoidPointerArray& offsetCurveList, KrGe::OffsetCrvExtType extensionType, const KrGeTol& tol) const");
-  for (int i = 0; i < count(); ++i)
-    segment(i).getTrimmedOffset(distance, planeNormal, offsetCurveList, extensionType, tol);
+  krOffsetChain(*this, distance, planeNormal, offsetCurveList, extensionType, tol);
 }

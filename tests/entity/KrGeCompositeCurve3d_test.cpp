@@ -204,3 +204,48 @@ TEST(KrGeCompositeCurve3d, Oddities_GlobalNumberHandedToSegmentsAndSamplingAppen
   ASSERT_EQ(even.GetCount(), 5);
   EXPECT_TRUE(within(even[3], KrGePoint3d(10, 5, 0), 1e-15));
 }
+
+// Offsets of a closed 10 x 4 rectangle and of the slot (both counter-clockwise, so a positive
+// distance goes outside): the pieces join end to end into a closed chain of the expected length,
+// and, where the corners are round or cut back, every point is |d| from the original.
+TEST(KrGeCompositeCurve3d, TrimmedOffset_JoinsCornersOfClosedChains) {
+  const KrGePoint3d p[] = {{0, 0, 0}, {10, 0, 0}, {10, 4, 0}, {0, 4, 0}};
+  const Chain box = Chain::of({composite_test::segment(p[0], p[1]), composite_test::segment(p[1], p[2]),
+                               composite_test::segment(p[2], p[3]), composite_test::segment(p[3], p[0])});
+  const Chain slot = composite_test::slot();
+  const struct {
+    const char* name;
+    const Chain& chain;
+    double distance;
+    KrGe::OffsetCrvExtType type;
+    int pieces;
+    double length;
+    bool atDistance;
+  } rows[] = {
+      {"box out, fillet", box, 1, KrGe::kFillet, 8, 28 + 2 * kPi, true},
+      {"box out, chamfer", box, 1, KrGe::kChamfer, 8, 28 + 4 * std::sqrt(2.0), false},
+      {"box out, extend", box, 1, KrGe::kExtend, 4, 36, false},
+      {"box in", box, -1, KrGe::kFillet, 4, 20, true},
+      {"slot out", slot, 1, KrGe::kExtend, 4, 20 + 6 * kPi, true},
+      {"slot in", slot, -1.5, KrGe::kFillet, 4, 20 + kPi, true},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    KrsArray<void*> pieces;
+    row.chain.curve.getTrimmedOffset(row.distance, KrGeVector3d(0, 0, 1), pieces, row.type);
+    ASSERT_EQ(pieces.GetCount(), row.pieces);
+    std::vector<KrGeCurve3d*> list;
+    for (int i = 0; i < pieces.GetCount(); ++i) list.push_back(static_cast<KrGeCurve3d*>(pieces[i]));
+    const Chain offset = Chain::of(list);
+    EXPECT_NEAR(offset.total(), row.length, 1e-12 * row.length);
+    for (int k = 0; k < 400 && row.atDistance; ++k)
+      EXPECT_NEAR(row.chain.curve.distanceTo(offset.curve.evalPoint(offset.total() * k / 400)),
+                  std::fabs(row.distance), 1e-12);
+    KrGePoint3d start, end;
+    for (int i = 0; i < row.pieces; ++i) {
+      offset.piece(i).hasEndPoint(end);
+      offset.piece((i + 1) % row.pieces).hasStartPoint(start);
+      EXPECT_TRUE(within(end, start, 1e-12)) << i;
+    }
+  }
+}

@@ -1,0 +1,119 @@
+#include "entity/composite/composite_offset.h"
+
+#include <cmath>
+#include <vector>
+
+#include "KrGeCircArc3d.h"
+#include "KrGeLine3d.h"
+#include "KrGeLineSeg3d.h"
+#include "entity/composite/KrCompositeCurve3dImpl.h"
+#include "entity/relation/KrCurveRelation.h"
+
+namespace {
+
+struct Piece {
+  KrGeCurve3d* curve;
+  KrGePoint3d corner;  // the original chain's point where this piece's segment ends
+};
+
+KrGePoint3d startOf(const KrGeCurve3d& curve) {
+  KrGePoint3d point;
+  curve.hasStartPoint(point);
+  return point;
+}
+
+KrGePoint3d endOf(const KrGeCurve3d& curve) {
+  KrGePoint3d point;
+  curve.hasEndPoint(point);
+  return point;
+}
+
+// Cuts `curve` to the part before (keepStart) or after the parameter of `point`.
+void cutAt(KrGeCurve3d& curve, const KrGePoint3d& point, bool keepStart, const KrGeTol& tol) {
+  KrGeInterval range;
+  curve.getInterval(range);
+  const double param = curve.paramOf(point, tol);
+  if (keepStart)
+    curve.setInterval(KrGeInterval(range.lowerBound(), param, range.tolerance()));
+  else
+    curve.setInterval(KrGeInterval(param, range.upperBound(), range.tolerance()));
+}
+
+// The crossing of `first` and `second` nearest to `corner`, when they cross.
+bool crossingNear(const KrGeCurve3d& first, const KrGeCurve3d& second, const KrGePoint3d& corner,
+                  KrGePoint3d& crossing, const KrGeTol& tol) {
+  KrCurveIntersections found;
+  const KrGeCurve3dImpl* a = KrGeCurve3dImpl::curveImplOf(first);
+  const KrGeCurve3dImpl* b = KrGeCurve3dImpl::curveImplOf(second);
+  if (!a || !b || !krrelation::intersect(*a, *b, tol, found) || found.count == 0) return false;
+  crossing = found.points[0];
+  for (int i = 1; i < found.count; ++i)
+    if (found.points[i].distanceTo(corner) < crossing.distanceTo(corner)) crossing = found.points[i];
+  return true;
+}
+
+// The arc about `corner` from `from` to `to` the short way round, in the plane with normal `normal`.
+KrGeCurve3d* filletArc(const KrGePoint3d& corner, const KrGePoint3d& from, const KrGePoint3d& to,
+                       const KrGeVector3d& normal) {
+  const KrGeVector3d u = from - corner, v = to - corner;
+  const double radius = u.length();
+  const KrGeVector3d axis = u.crossProduct(v).dotProduct(normal) < 0.0 ? -normal : normal;
+  const double sweep = std::atan2(u.crossProduct(v).length(), u.dotProduct(v));
+  return new KrGeCircArc3d(corner, axis, u, radius, 0.0, sweep);
+}
+
+// The point where the lines of two straight pieces meet, when both are straight and not parallel.
+bool linesMeet(const KrGeCurve3d& first, const KrGeCurve3d& second, KrGePoint3d& point, const KrGeTol& tol) {
+  KrGeLine3d a, b;
+  if (first.type() != KrGe::kLineSeg3d || second.type() != KrGe::kLineSeg3d) return false;
+  if (!first.isLinear(a, tol) || !second.isLinear(b, tol)) return false;
+  return a.intersectWith(b, point, tol);
+}
+
+// Joins the end of `first` to the start of `second` around the original corner: a crossing
+// trims both; a gap gets the extension piece (or both straight pieces run on to meet).
+void join(Piece& first, Piece& second, std::vector<KrGeCurve3d*>& bridges, double distance, const KrGeVector3d& normal,
+          KrGe::OffsetCrvExtType extensionType, const KrGeTol& tol) {
+  const KrGePoint3d end = endOf(*first.curve), start = startOf(*second.curve);
+  if (end.distanceTo(start) <= tol.equalPoint()) return;
+  KrGePoint3d meet;
+  if (crossingNear(*first.curve, *second.curve, first.corner, meet, tol)) {
+    cutAt(*first.curve, meet, true, tol);
+    cutAt(*second.curve, meet, false, tol);
+    return;
+  }
+  if (extensionType == KrGe::kExtend && linesMeet(*first.curve, *second.curve, meet, tol)) {
+    cutAt(*first.curve, meet, true, tol);
+    cutAt(*second.curve, meet, false, tol);
+    return;
+  }
+  const bool roundCorner = extensionType != KrGe::kChamfer &&
+                           std::fabs(end.distanceTo(first.corner) - std::fabs(distance)) <= tol.equalPoint() &&
+                           std::fabs(start.distanceTo(first.corner) - std::fabs(distance)) <= tol.equalPoint();
+  bridges.push_back(roundCorner ? filletArc(first.corner, end, start, normal)
+                                : static_cast<KrGeCurve3d*>(new KrGeLineSeg3d(end, start)));
+}
+
+}  // namespace
+
+void krOffsetChain(const KrCompositeCurve3dImpl& chain, double distance, const KrGeVector3d& planeNormal,
+                   KrsArray<void*>& offsetCurveList, KrGe::OffsetCrvExtType extensionType, const KrGeTol& tol) {
+  KrsArray<void*> made;
+  std::vector<Piece> pieces;
+  for (int i = 0; i < chain.count(); ++i) {
+    made.RemoveAll();
+    chain.segment(i).getTrimmedOffset(distance, planeNormal, made, extensionType, tol);
+    for (int k = 0; k < made.GetCount(); ++k)
+      pieces.push_back(Piece{static_cast<KrGeCurve3d*>(made[k]), endOf(chain.segment(i))});
+  }
+  const int count = int(pieces.size());
+  const KrGeVector3d normal = planeNormal.normal(KrGeContext::gTol);
+  const bool closed = count > 1 && chain.isClosed(tol);
+  std::vector<std::vector<KrGeCurve3d*>> bridges(pieces.size());
+  for (int k = 0; k + 1 < count || (closed && k < count); ++k)
+    join(pieces[k], pieces[(k + 1) % count], bridges[k], distance, normal, extensionType, tol);
+  for (int k = 0; k < count; ++k) {
+    offsetCurveList.Add(pieces[k].curve);
+    for (KrGeCurve3d* bridge : bridges[k]) offsetCurveList.Add(bridge);
+  }
+}
