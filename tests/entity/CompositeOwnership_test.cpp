@@ -1,5 +1,5 @@
 // Composite curves and the owner registry: who deletes which segment in every order of
-// destruction, what the registry says after copies, refused lists and degenerate input.
+// destruction, what the registry says after copies, and bad lists and input.
 #include "entity/core/KrEnt3dImpl.h"
 
 #include <algorithm>
@@ -23,21 +23,21 @@ struct Counted : KrGeLineSeg3d {
   ~Counted() override { gAlive.erase(this); }
 };
 
-KrEnt3dImpl& implOf(const KrGeEntity3d& entity) { return *KrEnt3dImpl::implOf(entity); }
+KrEnt3dImpl& implOf(const void* entity) { return *KrEnt3dImpl::implOf(*static_cast<const KrGeEntity3d*>(entity)); }
 
-KrGeCompositeCurve3d* make(const std::vector<KrGeCurve3d*>& curves, const std::vector<int>& flags) {
+KrGeCompositeCurve3d* make(const std::vector<void*>& curves, const std::vector<int>& flags) {
   return new KrGeCompositeCurve3d(listOf(curves), flagsOf(flags));
 }
 
 }  // namespace
 
-// Composites over segments s (and one nested chain); for both orders of destroying them, the
-// segments alive afterwards are exactly those the row names, unregistered and intact.
+// Composites over segments s[0], s[1] (and a nested chain); destroyed in both orders, the segments
+// left alive are exactly those the row names, unregistered and intact.
 TEST(CompositeOwnership, Release_EveryDestructionOrder) {
   const struct {
     const char* name;
     std::function<void(std::vector<Counted*>& s, Composites& c)> build;
-    std::vector<int> aliveInOrder, aliveInReverse;  // the segments s[i] left alive
+    std::set<int> aliveInOrder, aliveInReverse;
   } rows[] = {
       {"owned and used", [](auto& s, auto& c) { c.emplace_back(make({s[0], s[1]}, {1, 0})); }, {1}, {1}},
       {"owner, then user", [](auto& s, auto& c) { c.emplace_back(make({s[0]}, {1})); c.emplace_back(make({s[0]}, {0})); },
@@ -65,81 +65,68 @@ TEST(CompositeOwnership, Release_EveryDestructionOrder) {
       Composites c;
       row.build(s, c);
       if (reverse) std::reverse(c.begin(), c.end());
-      for (auto& composite : c) composite.reset();
-      std::set<const void*> expected;
-      for (int index : reverse ? row.aliveInReverse : row.aliveInOrder) expected.insert(s[index]);
-      for (Counted* segment : s) {
-        if (!gAlive.count(segment)) continue;
-        EXPECT_EQ(expected.count(segment), 1u);
-        EXPECT_FALSE(implOf(*segment).isReferenced());
-        EXPECT_DOUBLE_EQ(segment->length(0, 1), 1.0);
-        delete segment;
+      c.clear();
+      for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(gAlive.count(s[i]), (reverse ? row.aliveInReverse : row.aliveInOrder).count(i)) << i;
+        if (!gAlive.count(s[i])) continue;
+        EXPECT_FALSE(implOf(s[i]).isReferenced());
+        EXPECT_DOUBLE_EQ(s[i]->length(0, 1), 1.0);
+        delete s[i];
       }
-      EXPECT_TRUE(gAlive.empty());
     }
   }
 }
 
-// A copy owns copies of the owned segments and shares the others, and the registry says so;
-// assignment does the same and gives the old segments back.
+// A copy (constructor, copy(), assignment) owns copies of the owned segments and shares the others,
+// and the registry says so.
 TEST(CompositeOwnership, Copy_OwnsCopiesOfOwnedSegmentsAndSharesTheOthers) {
   auto* owned = new KrGeLineSeg3d(KrGePoint3d(0, 0, 0), KrGePoint3d(1, 0, 0));
   KrGeLineSeg3d shared(KrGePoint3d(1, 0, 0), KrGePoint3d(1, 1, 0));
   const KrGeCompositeCurve3d source(listOf({owned, &shared}), flagsOf({1, 0}));
   const KrGeCompositeCurve3d copied(source);
-  std::unique_ptr<KrGeEntity3d> made(source.copy());
-  std::unique_ptr<KrGeCompositeCurve3d> assigned(make({new KrGeLineSeg3d()}, {1}));
+  const std::unique_ptr<KrGeEntity3d> made(source.copy());
+  const std::unique_ptr<KrGeCompositeCurve3d> assigned(make({new KrGeLineSeg3d()}, {1}));
   *assigned = source;
   for (const KrGeEntity3d* copy : std::vector<const KrGeEntity3d*>{&copied, made.get(), assigned.get()}) {
     KrsArray<void*> list;
     static_cast<const KrGeCompositeCurve3d*>(copy)->getCurveList(list);
     ASSERT_EQ(list.GetCount(), 2);
     EXPECT_NE(list[0], static_cast<void*>(owned));
-    EXPECT_TRUE(implOf(*static_cast<KrGeCurve3d*>(list[0])).isOwned());
+    EXPECT_TRUE(implOf(list[0]).isOwned());
     EXPECT_EQ(list[1], static_cast<void*>(&shared));
     EXPECT_TRUE(copy->isEqualTo(source));
   }
-  EXPECT_TRUE(implOf(*owned).isOwned());
-  EXPECT_TRUE(implOf(shared).isReferenced());
-  EXPECT_FALSE(implOf(shared).isOwned());
+  EXPECT_TRUE(implOf(owned).isOwned());
+  EXPECT_TRUE(implOf(&shared).isReferenced());
+  EXPECT_FALSE(implOf(&shared).isOwned());
 }
 
-// A null pointer, mismatched counts, the composite itself or a chain holding it: the old list stays.
-TEST(CompositeOwnership, RefusedLists_KeepThePreviousList) {
+// A null pointer, mismatched counts, the composite itself or a chain holding it leave the old
+// list. Empty chains answer neutral values; an unbounded line adds nothing to the range but keeps
+// its place in the mapping; NaN and huge counts neither crash nor hang.
+TEST(CompositeOwnership, BadInput_RefusedOrNeutral) {
   KrGeLineSeg3d a(KrGePoint3d(0, 0, 0), KrGePoint3d(3, 0, 0));
   KrGeCompositeCurve3d curve(listOf({&a}));
   const KrGeCompositeCurve3d holder(listOf({&curve}));
-  const std::vector<std::pair<KrsArray<void*>, KrsArray<int>>> rows = {
+  const std::pair<KrsArray<void*>, KrsArray<int>> rows[] = {
       {listOf({&a, nullptr}), flagsOf({0, 0})}, {listOf({&a, &a, &a}), flagsOf({0, 0})},
       {listOf({&a, &curve}), flagsOf({0, 0})}, {listOf({const_cast<KrGeCompositeCurve3d*>(&holder)}), flagsOf({0})}};
   for (const auto& row : rows) {
     curve.setCurveList(row.first, row.second);
     KrsArray<void*> list;
     curve.getCurveList(list);
-    ASSERT_EQ(list.GetCount(), 1);
-    EXPECT_EQ(list[0], static_cast<void*>(&a));
+    EXPECT_EQ(list.GetCount() == 1 ? list[0] : nullptr, static_cast<void*>(&a));
     EXPECT_DOUBLE_EQ(holder.length(0, 3), 3.0);
   }
-}
-
-// Empty chains answer neutral values; an unbounded line adds nothing to the range but keeps its
-// place in the mapping; NaN and huge counts neither crash nor hang.
-TEST(CompositeOwnership, DegenerateInput_NeutralAnswers) {
   const KrGeCompositeCurve3d empty;
   int seg = -1;
   EXPECT_EQ(empty.globalToLocalParam(2.0, seg), 0.0);
-  EXPECT_EQ(seg, 0);
-  EXPECT_EQ(empty.localToGlobalParam(2.0, 0), 0.0);
   EXPECT_EQ(empty.evalPoint(1.0), KrGePoint3d::kOrigin);
-  EXPECT_EQ(empty.length(0, 1), 0.0);
   EXPECT_EQ(empty.closestPointTo(KrGePoint3d(1, 2, 3)), KrGePoint3d::kOrigin);
   EXPECT_TRUE(empty.orthoBoundBlock().isEmpty());
   KrGeLine3d line(KrGePoint3d(0, 0, 0), KrGeVector3d(0, 1, 0));
-  KrGeLineSeg3d piece(KrGePoint3d(0, 0, 0), KrGePoint3d(3, 0, 0));
-  const KrGeCompositeCurve3d open(listOf({&piece, &line}));
-  KrGeInterval range;
-  open.getInterval(range);
-  EXPECT_EQ(range.upperBound(), 3.0);
+  const KrGeCompositeCurve3d open(listOf({&a, &line}));
+  EXPECT_EQ(open.length(0, 3), 3.0);
   EXPECT_EQ(open.globalToLocalParam(10.0, seg), 10.0);
   EXPECT_EQ(seg, 1);
   EXPECT_EQ(open.localToGlobalParam(0.5, -1), 0.0);
