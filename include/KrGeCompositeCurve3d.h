@@ -55,6 +55,10 @@ class KrCompositeCurve3dImpl;
 //     stops at a distance below 1e-16; an empty composite answers the origin.
 //   closestPointTo(curve2): the closest pair over all segments against curve2, each pair solved by
 //     the curve-pair solvers (the earlier segment on a tie); an empty composite answers the origin.
+//     Other curve kinds reach composites the same way in their own closestPointTo,
+//     projClosestPointTo and getLocalClosestPoints (a neighbourhood on a composite is a range of its
+//     arc length); when one segment's pair has no solver the whole query reports
+//     "(((HRESULT)0x80004001L))" and answers as a kind without a solver does.
 //   boundBlock(range), orthoBoundBlock(range): the segments covering the range each give their block
 //     over their share of it, and the result is the axis-aligned box around all of them (a single
 //     segment's block is returned as it is). An open side of the range stands for a value next to
@@ -104,8 +108,10 @@ public:
   void getCurveList(KrsArray<void*>& curveList) const;
   // Replaces the segments: the old ones are released (see above), the pointers are taken over,
   // segment i owned when isOwnerOfCurves[i] != 0, each registered, the interval recomputed.
-  // Refused, list unchanged: different counts ("(nC!=nI)", line 1376), a null pointer ("(pC==NULL)")
-  // or a curve that is or contains this composite ("(pC->m_pImpl==this)").
+  // Refused, list unchanged: different counts ("(nC!=nI)", line 1376), a null pointer ("(pC==NULL)"),
+  // an entity that is not a curve or has no implementation ("(!pC->isKindOf(kCurve3d))"), a curve
+  // that is or holds this composite ("(pC->m_pImpl==this)"), or composites nested more than 256 deep
+  // ("(nDepth > 256)"; each level costs stack in every evaluation).
   KrGeCompositeCurve3d& setCurveList(const KrsArray<void*>& curveList, const KrsArray<int>& isOwnerOfCurves);
   // The same with nothing owned.
   KrGeCompositeCurve3d& setCurveList(const KrsArray<void*>& curveList);

@@ -71,21 +71,38 @@ void KrCompositeCurve3dImpl::adoptCurves(const KrsArray<void*>& curves, const Kr
   for (int i = 0; i < mCurveList.GetCount(); ++i)
     if (first[i] == i)
       if (KrEnt3dImpl* impl = implOf(*curveAt(mCurveList, i))) impl->setReference(this, mOwned[i]);
+  mDepth = depthOf(mCurveList);
   setInterval();
 }
 
+// 1 + the depth of the deepest composite among `curves`.
+int KrCompositeCurve3dImpl::depthOf(const KrsArray<void*>& curves) {
+  int deepest = 0;
+  for (int i = 0; i < curves.GetCount(); ++i)
+    if (const KrCompositeCurve3dImpl* nested = of(*curveImplOf(*curveAt(curves, i))))
+      deepest = std::max(deepest, nested->depth());
+  return deepest + 1;
+}
+
+// Every pointer must be a curve facade holding an implementation; a chain may neither hold this
+// composite (evaluation would never end) nor nest deeper than kMaxDepth (each level costs stack).
 bool KrCompositeCurve3dImpl::acceptable(const KrsArray<void*>& curves) const {
   for (int i = 0; i < curves.GetCount(); ++i) {
-    const bool present = curves[i] != nullptr;
-    KRS_CHECK_TEXT_AT(present, "(pC==NULL)", kSource, __LINE__);
-    if (!present) return false;
+    const KrGeEntity3d* entity = static_cast<const KrGeEntity3d*>(curves[i]);
+    KRS_CHECK_TEXT_AT(entity != nullptr, "(pC==NULL)", kSource, __LINE__);
+    if (!entity) return false;
+    const bool curve = implOf(*entity) != nullptr && entity->isKindOf(KrGe::kCurve3d);
+    KRS_CHECK_TEXT_AT(curve, "(!pC->isKindOf(kCurve3d))", kSource, __LINE__);
+    if (!curve) return false;
   }
   for (int i = 0; i < curves.GetCount(); ++i) {
     const bool cyclic = krChainHolds(*curveAt(curves, i), this);
     KRS_CHECK_TEXT_AT(!cyclic, "(pC->m_pImpl==this)", kSource, __LINE__);
     if (cyclic) return false;
   }
-  return true;
+  const bool shallow = depthOf(curves) <= kMaxDepth;
+  KRS_CHECK_TEXT_AT(shallow, "(nDepth > 256)", kSource, __LINE__);
+  return shallow;
 }
 
 void KrCompositeCurve3dImpl::setCurveList(const KrsArray<void*>& curves, const KrsArray<int>& isOwnerOfCurves) {

@@ -17,6 +17,7 @@ public:
   static constexpr KrGe::EntityId kKinship[] = {KrGe::kCurve3d, KrGe::kEntity3d};
   static constexpr const char* kReportSource = "KrCompositeCurve3dImpl";
   static constexpr int kAssignLine = 98;
+  static constexpr int kMaxDepth = 256;
 
   KrCompositeCurve3dImpl();
   // A copy owns copies of the source's owned segments and shares the others.
@@ -91,6 +92,15 @@ public:
   virtual double globalToLocalParam(double param, int& segNum) const;
   virtual double localToGlobalParam(double param, int segNum) const;
 
+  // The mapping without its notices and checks (index in range): the own parameter on segment
+  // `index` of global `param`, the global parameter of own parameter `local`, the summed lengths
+  // before segment `index` (index == count() gives the total).
+  double localOf(int index, double param) const;
+  double globalOf(int index, double local) const;
+  double lengthBefore(int index) const { return mLengths.before(index); }
+  // How many composites deep the chain was when its list was set (1 without nested ones).
+  int depth() const { return mDepth; }
+
   // The segments, for the relation layer and the tests of the library.
   int count() const { return mCurveList.GetCount(); }
   const KrGeCurve3d& segment(int index) const { return *static_cast<const KrGeCurve3d*>(mCurveList[index]); }
@@ -103,8 +113,10 @@ private:
   // Unregisters from every segment, last to first, deleting the owned ones that no one else owns
   // or uses and that `keep` does not list again.
   void releaseCurves(const KrsArray<void*>* keep);
-  // No null pointer and no curve that is or holds this composite (each refusal reported).
+  // Curve facades only, none that is or holds this composite, nested at most kMaxDepth deep (each
+  // refusal reported).
   bool acceptable(const KrsArray<void*>& curves) const;
+  static int depthOf(const KrsArray<void*>& curves);
   // Takes the list over (already checked): flags, registrations, sums and interval.
   void adoptCurves(const KrsArray<void*>& curves, const KrsArray<bool>& owned);
   // The block of either kind over a global range (see the public contract).
@@ -118,4 +130,5 @@ private:
   KrsArray<bool> mOwned;
   KrGeInterval mInterval;
   KrCompositeLengths mLengths;
+  int mDepth = 1;
 };

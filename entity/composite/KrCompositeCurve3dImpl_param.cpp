@@ -33,8 +33,19 @@ double KrCompositeCurve3dImpl::globalToLocalParam(double param, int& segNum) con
   const int nCurves = count();
   KRS_CHECK_TEXT_AT(nCurves != 0, "(nCurves == 0)", kSource, 1405);
   if (nCurves == 0) return 0.0;
-  const int index = mLengths.locate(param, KrGeContext::gTol.equalPoint());
-  segNum = index;
+  segNum = mLengths.locate(param, KrGeContext::gTol.equalPoint());
+  return localOf(segNum, param);
+}
+
+double KrCompositeCurve3dImpl::localToGlobalParam(double param, int segNum) const {
+  KRS_AUTOTEST("double KrCompositeCurve3dImpl::localToGlobalParam(double param, int segNum) const");
+  const bool outside = segNum < 0 || segNum >= mCurveList.GetCount();
+  KRS_CHECK_TEXT_AT(!outside, "(segNum < 0 || segNum >= mCurveList.GetCount())", kSource, 1442);
+  if (outside) return segNum < 0 ? 0.0 : mLengths.before(count());
+  return globalOf(segNum, param);
+}
+
+double KrCompositeCurve3dImpl::localOf(int index, double param) const {
   const KrGeCurve3d& curve = segment(index);
   const KrGeInterval range = rangeOf(curve);
   if (!range.isBounded()) return param;
@@ -44,17 +55,12 @@ double KrCompositeCurve3dImpl::globalToLocalParam(double param, int& segNum) con
                              KrGeContext::gTol.equalPoint());
 }
 
-double KrCompositeCurve3dImpl::localToGlobalParam(double param, int segNum) const {
-  KRS_AUTOTEST("double KrCompositeCurve3dImpl::localToGlobalParam(double param, int segNum) const");
-  const bool outside = segNum < 0 || segNum >= mCurveList.GetCount();
-  KRS_CHECK_TEXT_AT(!outside, "(segNum < 0 || segNum >= mCurveList.GetCount())", kSource, 1442);
-  if (outside) return segNum < 0 ? 0.0 : mLengths.before(count());
-  const KrGeCurve3d& curve = segment(segNum);
+double KrCompositeCurve3dImpl::globalOf(int index, double local) const {
+  const KrGeCurve3d& curve = segment(index);
   const KrGeInterval range = rangeOf(curve);
-  const double own = range.isBounded()
-                         ? curve.length(range.lowerBound(), param, KrGeContext::gTol.equalPoint())
-                         : kKrUnboundedLength;
-  return mLengths.before(segNum) + own;
+  const double own = range.isBounded() ? curve.length(range.lowerBound(), local, KrGeContext::gTol.equalPoint())
+                                       : kKrUnboundedLength;
+  return mLengths.before(index) + own;
 }
 
 KrGePoint3d KrCompositeCurve3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const {

@@ -93,6 +93,30 @@ TEST(KrGeCompositeCurve3d, ClosestPoints_AgreeWithDenseSampling) {
   });
 }
 
+// Another kind reaches the slot through its pieces: seen along a direction, and within a
+// neighbourhood of the slot's arc length (its top side), against sampling both curves.
+TEST(KrGeCompositeCurve3d, Relations_ProjectedAndLocalPairsFromAnotherKind) {
+  const Chain slot = composite_test::slot();
+  const KrGeEllipArc3d oval(KrGePoint3d(5, 6, 3), KrGeVector3d(1, 0, 0), KrGeVector3d(0, 0.6, 0.8), 3, 1);
+  const KrGeVector3d along = KrGeVector3d(0.2, 0.1, 1).normal();
+  KrGePoint3d onSlot;
+  const KrGePoint3d onOval = oval.projClosestPointTo(slot.curve, along, onSlot);
+  double sampled = 1e300;
+  for (int i = 0; i < 600; ++i)
+    for (int j = 0; j < 600; ++j) {
+      const KrGeVector3d gap = oval.evalPoint(kPi * i / 300) - slot.curve.evalPoint(slot.total() * j / 599);
+      sampled = std::min(sampled, (gap - along * gap.dotProduct(along)).length());
+    }
+  const KrGeVector3d gap = onOval - onSlot;
+  EXPECT_LE((gap - along * gap.dotProduct(along)).length(), sampled + 1e-12);
+  KrGePointOnCurve3d a, b;
+  const KrGeInterval top(10 + 2 * kPi, 20 + 2 * kPi);
+  oval.getLocalClosestPoints(slot.curve, a, b, nullptr, &top);
+  EXPECT_GE(b.parameter(), top.lowerBound());
+  EXPECT_LE(b.parameter(), top.upperBound());
+  EXPECT_EQ(slot.curve.evalPoint(b.parameter()).y, 2.0);
+}
+
 // The global number goes to the pieces as it is: 0.5 is on (a piece's own parameter), 5 is not,
 // though the chain is 20 long. Sampling by eps appends the pieces' own parameters. A range open
 // on both sides stands for values next to 0: the block of the start point.
