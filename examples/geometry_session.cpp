@@ -203,6 +203,17 @@ void slotOutline() {
   const KrGePoint3d outside(13, 3, 0);
   print("nearest outline point to (13, 3, 0)", slot.closestPointTo(outside));
   print("at the distance", slot.distanceTo(outside));
+  // A tool of radius 0.5 running outside the slot: the outline moved out by 0.5 (the slot runs
+  // counter-clockwise, so positive distances go to its right, outside).
+  KrsArray<void*> path;
+  slot.getTrimmedOffset(0.5, KrGeVector3d(0, 0, 1), path, KrGe::kFillet);
+  KrsArray<int> ownedPath;
+  for (int i = 0; i < path.GetCount(); ++i) ownedPath.Add(1);
+  const KrGeCompositeCurve3d toolPath(path, ownedPath);
+  KrGeInterval pathRange;
+  toolPath.getInterval(pathRange);
+  print("tool path pieces", path.GetCount());
+  print("tool path length (20 + 5 pi)", pathRange.upperBound());
 }
 
 }  // namespace

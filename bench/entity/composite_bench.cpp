@@ -113,4 +113,27 @@ void BM_PlainChainEval_100(benchmark::State& state) {
 }
 BENCHMARK(BM_PlainChainEval_100);
 
+// length(0, s) sums the pieces' own lengths up to s: linear in the pieces it spans.
+void BM_CompositeLength_100(benchmark::State& state) {
+  const Chain& c = chain();
+  int i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(c.composite.length(0.0, c.params[i]));
+    i = (i + 1) & (kInputs - 1);
+  }
+}
+BENCHMARK(BM_CompositeLength_100);
+
+// The nearest point of the chain to points around it: one nearest point per piece.
+void BM_CompositeClosestPoint_100(benchmark::State& state) {
+  const Chain& c = chain();
+  int i = 0;
+  for (auto _ : state) {
+    const KrGePoint3d near = c.composite.evalPoint(c.params[i]) + KrGeVector3d(0.3, -0.2, 0.5);
+    benchmark::DoNotOptimize(c.composite.closestPointTo(near));
+    i = (i + 1) & (kInputs - 1);
+  }
+}
+BENCHMARK(BM_CompositeClosestPoint_100);
+
 }  // namespace

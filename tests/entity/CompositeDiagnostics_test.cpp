@@ -1,7 +1,6 @@
 // Composite curves through the real monitor: assertions with their texts, sources and lines once
 // per site, the operations not provided, the notices once per operation, sampling's reports.
 #include <functional>
-#include <map>
 #include <set>
 
 #include "tests/entity/CompositeTestKit.h"
@@ -12,9 +11,15 @@ namespace {
 
 const char* const kSource = "KrCompositeCurve3dImpl";
 
-// The records of each action's two runs, and of every announced operation called twice.
-std::map<std::string, std::vector<testkit::Record>> gRecords;
-std::vector<testkit::Record> gNotices;
+// Each assertion site's expected text and line (0: not fixed) with the records of two runs of its
+// action; the records of sampling by count; of every announced operation called twice.
+struct Site {
+  const char* expression;
+  int line;
+  std::vector<testkit::Record> records;
+};
+std::vector<Site> gSites;
+std::vector<testkit::Record> gSampling, gNotices;
 
 // Every announced operation, each call with outputs of its own.
 void callAnnounced(const KrGeCompositeCurve3d& c) {
@@ -63,24 +68,26 @@ struct FirstCallsEnvironment : ::testing::Environment {
         {composite_test::segment({0, 0, 0}, {3, 0, 0}), composite_test::segment({3, 0, 0}, {3, 4, 0})}).curve;
     KrGeCompositeCurve3d empty;
     KrGeLine3d line;
+    KrGePlane plane;
     KrsArray<KrGePoint3d> points;
     int seg = 0;
     gNotices = linear_test::recordsOf([&] {
       callAnnounced(chain);
       callAnnounced(chain);
     });
-    const std::map<std::string, std::function<void()>> actions = {
-        {"counts", [&] { chain.setCurveList(listOf({&line}), composite_test::flagsOf({0, 0})); }},
-        {"null", [&] { chain.setCurveList(listOf({&line, nullptr})); }},
-        {"itself", [&] { chain.setCurveList(listOf({&chain})); }},
-        {"empty map", [&] { empty.globalToLocalParam(1.0, seg); }},
-        {"empty length", [&] { empty.length(0, 1); }},
-        {"segment out of range", [&] { chain.localToGlobalParam(1.0, 2); }},
-        {"unbounded", [&] { KrGeCompositeCurve3d unbounded(listOf({&line})); }},
-        {"pieces out of order, length", [&] { chain.length(nan, 1.0); }},
-        {"pieces out of order, block", [&] { chain.orthoBoundBlock(KrGeInterval(nan, 1.0)); }},
-        {"paramOf", [&] { chain.paramOf(KrGePoint3d(3, 1, 0)); }},
-        {"kept", [&] {
+    const std::pair<Site, std::function<void()>> sites[] = {
+        {{"(nC!=nI)", 1376, {}}, [&] { chain.setCurveList(listOf({&line}), composite_test::flagsOf({0, 0})); }},
+        {{"(pC==NULL)", 0, {}}, [&] { chain.setCurveList(listOf({&line, nullptr})); }},
+        {{"(!pC->isKindOf(kCurve3d))", 0, {}}, [&] { chain.setCurveList(listOf({&plane})); }},
+        {{"(pC->m_pImpl==this)", 0, {}}, [&] { chain.setCurveList(listOf({&chain})); }},
+        {{"(nCurves == 0)", 1405, {}}, [&] { empty.globalToLocalParam(1.0, seg); }},
+        {{"(nCurves == 0)", 1199, {}}, [&] { empty.length(0, 1); }},
+        {{"(segNum < 0 || segNum >= mCurveList.GetCount())", 1442, {}}, [&] { chain.localToGlobalParam(1.0, 2); }},
+        {{"(!curveInterval.isBounded())", 196, {}}, [&] { KrGeCompositeCurve3d unbounded(listOf({&line})); }},
+        {{"(idxLastCurve>=idxStartCurve)", 1206, {}}, [&] { chain.length(nan, 1.0); }},
+        {{"(idxLastCurve>=idxStartCurve)", 558, {}}, [&] { chain.orthoBoundBlock(KrGeInterval(nan, 1.0)); }},
+        {{"(((HRESULT)0x80004001L))", 634, {}}, [&] { chain.paramOf(KrGePoint3d(3, 1, 0)); }},
+        {{"(pC->m_pImpl->isReferenced())", 49, {}}, [&] {
            auto* kept = new KrGeLineSeg3d();
            auto* owner = new KrGeCompositeCurve3d(listOf({kept}), composite_test::flagsOf({1}));
            KrGeCompositeCurve3d user(listOf({kept}));
@@ -88,17 +95,17 @@ struct FirstCallsEnvironment : ::testing::Environment {
            user.setCurveList(KrsArray<void*>());
            delete kept;
          }},
-        {"sampling", [&] {
-           chain.getSamplePoints(1, points);
-           chain.getSamplePoints(0, points);
-           chain.getSamplePoints(2000000, points);
-         }},
     };
-    for (int round = 0; round < 2; ++round)
-      for (const auto& action : actions) {
-        const auto records = linear_test::recordsOf(action.second);
-        gRecords[action.first].insert(gRecords[action.first].end(), records.begin(), records.end());
+    for (const auto& site : sites) {
+      gSites.push_back(site.first);
+      for (int round = 0; round < 2; ++round) {
+        const auto records = linear_test::recordsOf(site.second);
+        gSites.back().records.insert(gSites.back().records.end(), records.begin(), records.end());
       }
+    }
+    gSampling = linear_test::recordsOf([&] {
+      for (int n : {1, 0, 2000000, 1, 0, 2000000}) chain.getSamplePoints(n, points);
+    });
   }
 };
 
@@ -106,33 +113,21 @@ const auto* const kFirstCalls = ::testing::AddGlobalTestEnvironment(new FirstCal
 
 }  // namespace
 
-// Each action's only record is its assertion, at the composite's source and the line given; the
-// sampling error and warning are sent every time.
+// Each site reports once, with its text at the composite's source and line; sampling's error and
+// warning go out every time.
 TEST(CompositeDiagnostics, Assertions_ExactTextsAndLinesOncePerSite) {
   ASSERT_NE(kFirstCalls, nullptr);
   ASSERT_TRUE(testkit::MonitorCapture::active());
-  const struct {
-    const char* action;
-    const char* expression;
-    int line;  // 0: not fixed
-  } rows[] = {
-      {"counts", "(nC!=nI)", 1376}, {"null", "(pC==NULL)", 0}, {"itself", "(pC->m_pImpl==this)", 0},
-      {"empty map", "(nCurves == 0)", 1405}, {"empty length", "(nCurves == 0)", 1199},
-      {"segment out of range", "(segNum < 0 || segNum >= mCurveList.GetCount())", 1442},
-      {"unbounded", "(!curveInterval.isBounded())", 196},
-      {"pieces out of order, length", "(idxLastCurve>=idxStartCurve)", 1206},
-      {"pieces out of order, block", "(idxLastCurve>=idxStartCurve)", 558},
-      {"paramOf", "(((HRESULT)0x80004001L))", 634}, {"kept", "(pC->m_pImpl->isReferenced())", 49},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.action);
-    const auto& records = gRecords[row.action];
-    ASSERT_EQ(records.size(), 1u);
-    EXPECT_EQ(records[0].message, testkit::assertionText(row.expression, kSource, row.line ? row.line : records[0].line));
-    EXPECT_EQ(records[0].source, kSource);
+  for (const Site& site : gSites) {
+    SCOPED_TRACE(site.expression);
+    ASSERT_EQ(site.records.size(), 1u);
+    const unsigned line = site.line ? unsigned(site.line) : site.records[0].line;
+    EXPECT_EQ(site.records[0].message, testkit::assertionText(site.expression, kSource, int(line)));
+    EXPECT_EQ(site.records[0].source, kSource);
+    EXPECT_EQ(site.records[0].line, line);
   }
   // "negative count" for 0 and 1 samples and the cap's warning, every time.
-  const auto& sampling = gRecords["sampling"];
+  const auto& sampling = gSampling;
   ASSERT_EQ(sampling.size(), 6u);
   EXPECT_EQ(testkit::countMessage(sampling, "ERROR(80070057) 'negative count'"), 4);
   EXPECT_EQ(testkit::countMessage(sampling, linear_test::warningText("KrCompositeCurve3dImpl::getSamplePoints - numSample above 1048576, 1048576 used")), 2);
