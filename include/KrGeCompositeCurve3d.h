@@ -82,12 +82,13 @@ class KrCompositeCurve3dImpl;
 //     interval is recomputed. reverseParam: the order of the segments and each segment reversed,
 //     then the interval is recomputed.
 //   getTrimmedOffset: each segment's own offset (to the right of its direction for a positive
-//     distance, looking down planeNormal), appended in chain order and joined at the corners: two
+//     distance, seen from the side planeNormal points to), appended in chain order and joined at the corners: two
 //     neighbouring pieces that cross are cut back to their crossing nearest the corner; a gap is
 //     bridged by kFillet with the arc of radius |distance| about the corner, by kChamfer with the
-//     straight segment between the ends, by kExtend by running two straight pieces on to the
-//     crossing of their lines (next to an arc piece as kFillet). A closed chain is joined across
-//     its start too. Crossings between pieces that are not neighbours are left as they are.
+//     straight segment between the ends, by kExtend by running both pieces on along their lines or
+//     circles to their crossing nearest the corner (as kFillet where they never cross). A closed
+//     chain is joined across its start too. Crossings between pieces that are not neighbours are
+//     left as they are.
 //   isEqualTo: the same number of segments, pairwise isEqualTo in order.
 //   Copies (copy constructor, copy(), assignment): owned segments are copied and the copies owned;
 //     the others are shared, unowned, and registered with the new composite as well.

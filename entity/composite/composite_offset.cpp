@@ -1,6 +1,7 @@
 #include "entity/composite/composite_offset.h"
 
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "KrGeCircArc3d.h"
@@ -39,17 +40,24 @@ void cutAt(KrGeCurve3d& curve, const KrGePoint3d& point, bool keepStart, const K
     curve.setInterval(KrGeInterval(param, range.upperBound(), range.tolerance()));
 }
 
-// The crossing of `first` and `second` nearest to `corner`, when they cross.
+// The crossing of `first` and `second` nearest to `corner`, when they cross elsewhere than at the
+// start of `first` or the end of `second` (where they may already be joined at their other ends).
 bool crossingNear(const KrGeCurve3d& first, const KrGeCurve3d& second, const KrGePoint3d& corner,
                   KrGePoint3d& crossing, const KrGeTol& tol) {
   KrCurveIntersections found;
   const KrGeCurve3dImpl* a = KrGeCurve3dImpl::curveImplOf(first);
   const KrGeCurve3dImpl* b = KrGeCurve3dImpl::curveImplOf(second);
-  if (!a || !b || !krrelation::intersect(*a, *b, tol, found) || found.count == 0) return false;
-  crossing = found.points[0];
-  for (int i = 1; i < found.count; ++i)
-    if (found.points[i].distanceTo(corner) < crossing.distanceTo(corner)) crossing = found.points[i];
-  return true;
+  if (!a || !b || !krrelation::intersect(*a, *b, tol, found)) return false;
+  const KrGePoint3d farStart = startOf(first), farEnd = endOf(second);
+  bool any = false;
+  for (int i = 0; i < found.count; ++i) {
+    const KrGePoint3d& point = found.points[i];
+    if (point.isEqualTo(farStart, tol) || point.isEqualTo(farEnd, tol)) continue;
+    if (any && !(point.distanceTo(corner) < crossing.distanceTo(corner))) continue;
+    crossing = point;
+    any = true;
+  }
+  return any;
 }
 
 // The arc about `corner` from `from` to `to` the short way round, in the plane with normal `normal`.
@@ -62,16 +70,27 @@ KrGeCurve3d* filletArc(const KrGePoint3d& corner, const KrGePoint3d& from, const
   return new KrGeCircArc3d(corner, axis, u, radius, 0.0, sweep);
 }
 
-// The point where the lines of two straight pieces meet, when both are straight and not parallel.
-bool linesMeet(const KrGeCurve3d& first, const KrGeCurve3d& second, KrGePoint3d& point, const KrGeTol& tol) {
-  KrGeLine3d a, b;
-  if (first.type() != KrGe::kLineSeg3d || second.type() != KrGe::kLineSeg3d) return false;
-  if (!first.isLinear(a, tol) || !second.isLinear(b, tol)) return false;
-  return a.intersectWith(b, point, tol);
+// The curve a piece continues as beyond its ends: a straight piece's line, an arc's whole circle.
+std::unique_ptr<KrGeCurve3d> continuationOf(const KrGeCurve3d& piece, const KrGeTol& tol) {
+  if (piece.type() == KrGe::kCircArc3d) {
+    std::unique_ptr<KrGeCurve3d> circle(static_cast<KrGeCurve3d*>(piece.copy()));
+    circle->setInterval();
+    return circle;
+  }
+  auto line = std::make_unique<KrGeLine3d>();
+  if (piece.type() != KrGe::kLineSeg3d || !piece.isLinear(*line, tol)) return nullptr;
+  return line;
+}
+
+// Where the continuations of two pieces meet, nearest to the corner.
+bool continuationsMeet(const KrGeCurve3d& first, const KrGeCurve3d& second, const KrGePoint3d& corner,
+                       KrGePoint3d& point, const KrGeTol& tol) {
+  const std::unique_ptr<KrGeCurve3d> a = continuationOf(first, tol), b = continuationOf(second, tol);
+  return a && b && crossingNear(*a, *b, corner, point, tol);
 }
 
 // Joins the end of `first` to the start of `second` around the original corner: a crossing
-// trims both; a gap gets the extension piece (or both straight pieces run on to meet).
+// trims both; a gap gets the bridging piece, or with kExtend both pieces run on to meet.
 void join(Piece& first, Piece& second, std::vector<KrGeCurve3d*>& bridges, double distance, const KrGeVector3d& normal,
           KrGe::OffsetCrvExtType extensionType, const KrGeTol& tol) {
   const KrGePoint3d end = endOf(*first.curve), start = startOf(*second.curve);
@@ -82,7 +101,7 @@ void join(Piece& first, Piece& second, std::vector<KrGeCurve3d*>& bridges, doubl
     cutAt(*second.curve, meet, false, tol);
     return;
   }
-  if (extensionType == KrGe::kExtend && linesMeet(*first.curve, *second.curve, meet, tol)) {
+  if (extensionType == KrGe::kExtend && continuationsMeet(*first.curve, *second.curve, first.corner, meet, tol)) {
     cutAt(*first.curve, meet, true, tol);
     cutAt(*second.curve, meet, false, tol);
     return;

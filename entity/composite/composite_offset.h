@@ -2,11 +2,11 @@
 // joined at the chain's corners. Where two neighbouring pieces cross (the corner closes on the
 // offset side) both are cut back to the crossing nearest the corner; where they leave a gap (the
 // corner opens) the gap is bridged: kFillet by the arc of radius |distance| about the corner,
-// kChamfer by the straight segment between the two ends, kExtend by running two straight pieces on
-// to the crossing of their lines (a gap next to an arc piece is bridged as kFillet does). A closed
-// chain is joined across its start as well. A segment that has no offset (an arc whose radius
-// would vanish) leaves its neighbours to be joined straight. Self-intersections between pieces
-// that are not neighbours are left as they are.
+// kChamfer by the straight segment between the two ends, kExtend by running both pieces on along
+// their lines or circles to their crossing nearest the corner (as kFillet where they never
+// cross). A closed chain is joined across its start as well. A segment that has no offset (an arc
+// whose radius would vanish) leaves its neighbours to be joined straight. Self-intersections
+// between pieces that are not neighbours are left as they are.
 #pragma once
 
 #include "KrGe.h"

@@ -115,13 +115,14 @@ TEST(KrGeCompositeCurve3d, Oddities_GlobalNumberHandedToPiecesAndSamplingAppends
   EXPECT_TRUE(within(high, KrGePoint3d(0, 0, 0), 1e-15));
 }
 
-// Offsets of a closed 10 x 4 box and of the slot (counter-clockwise: a positive distance goes
-// outside) join end to end into closed chains of the expected length; round or cut-back corners
+// Offsets of a closed 10 x 4 box, the slot and a half disc (counter-clockwise: a positive distance
+// goes outside) join end to end into closed chains of the expected length; round or cut-back corners
 // keep every point |d| from the original.
 TEST(KrGeCompositeCurve3d, ClosedChains_OffsetsPlanesAndBox) {
   const KrGePoint3d p[] = {{0, 0, 0}, {10, 0, 0}, {10, 4, 0}, {0, 4, 0}};
   const Chain box = Chain::of({segment(p[0], p[1]), segment(p[1], p[2]), segment(p[2], p[3]), segment(p[3], p[0])});
   const Chain slot = composite_test::slot();
+  const Chain disc = Chain::of({segment({-2, 0, 0}, {2, 0, 0}), new KrGeCircArc3d({0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 2, 0, kPi)});
   const struct { const char* name; const Chain& chain; double distance; KrGe::OffsetCrvExtType type; int pieces;
                  double length; bool atDistance; } rows[] = {
       {"box out, fillet", box, 1, KrGe::kFillet, 8, 28 + 2 * kPi, true},
@@ -130,6 +131,8 @@ TEST(KrGeCompositeCurve3d, ClosedChains_OffsetsPlanesAndBox) {
       {"box in", box, -1, KrGe::kFillet, 4, 20, true},
       {"slot out", slot, 1, KrGe::kExtend, 4, 20 + 6 * kPi, true},
       {"slot in", slot, -1.5, KrGe::kFillet, 4, 20 + kPi, true},
+      {"half disc out, fillet", disc, 1, KrGe::kFillet, 4, 4 + 4 * kPi, true},
+      {"half disc out, extend", disc, 1, KrGe::kExtend, 2, 2 * std::sqrt(8.0) + 3 * kPi + 6 * std::asin(1 / 3.0), false},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
