@@ -127,12 +127,11 @@ TEST(CompositeDiagnostics, Assertions_ExactTextsAndLinesOncePerSite) {
     EXPECT_EQ(site.records[0].line, line);
   }
   // "negative count" for 0 and 1 samples and the cap's warning, every time.
-  const auto& sampling = gSampling;
-  ASSERT_EQ(sampling.size(), 6u);
-  EXPECT_EQ(testkit::countMessage(sampling, "ERROR(80070057) 'negative count'"), 4);
-  EXPECT_EQ(testkit::countMessage(sampling, linear_test::warningText("KrCompositeCurve3dImpl::getSamplePoints - numSample above 1048576, 1048576 used")), 2);
-  EXPECT_EQ(sampling[0].line, 1335u);
-  EXPECT_EQ(sampling[0].source, kSource);
+  ASSERT_EQ(gSampling.size(), 6u);
+  EXPECT_EQ(testkit::countMessage(gSampling, "ERROR(80070057) 'negative count'"), 4);
+  EXPECT_EQ(testkit::countMessage(gSampling, linear_test::warningText("KrCompositeCurve3dImpl::getSamplePoints - numSample above 1048576, 1048576 used")), 2);
+  EXPECT_EQ(gSampling[0].line, 1335u);
+  EXPECT_EQ(gSampling[0].source, kSource);
 }
 
 // 25 operations announce themselves once each, among them these signatures.
@@ -155,5 +154,4 @@ TEST(CompositeDiagnostics, Notices_OncePerOperationWithTheirSignatures) {
   // The 12 operations not provided report their assertion once each, just before their notice.
   EXPECT_EQ(linear_test::countAssertions(gNotices, "(((HRESULT)0x80004001L))"), 12);
   EXPECT_EQ(gNotices[1].message, testkit::assertionText("(((HRESULT)0x80004001L))", kSource, gNotices[1].line));
-  EXPECT_EQ(gNotices[2].message.rfind("AUTOTEST not passed for \"KrGePoint3d " + c + "projClosestPointTo(", 0), 0u);
 }

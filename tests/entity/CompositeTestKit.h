@@ -61,7 +61,6 @@ struct Chain {
     curve.getCurveList(list);
     return *static_cast<const KrGeCurve3d*>(list[index]);
   }
-
   double total() const {
     KrGeInterval range;
     curve.getInterval(range);
