@@ -1,5 +1,4 @@
-// Helpers of the composite-curve tests: chains owning their pieces, with the pieces' lengths from
-// their geometry (|b - a|, r * sweep), random connected chains of log-uniform sizes, the slot.
+// Chains owning their pieces, with lengths from the geometry (|b - a|, r * sweep), random or the slot.
 #pragma once
 
 #include <vector>
@@ -37,8 +36,7 @@ struct Chain {
     return chain;
   }
 
-  // `count` connected segments and arcs, each 1e-3 to 1e3 long; with `nested`, one in ten is a
-  // chain of such pieces itself.
+  // `count` connected segments and arcs 1e-3 to 1e3 long; with `nested` one in ten is a chain too.
   static Chain random(linear_test::Random& random, int count, bool nested = true) {
     std::vector<KrGeCurve3d*> pieces;
     KrGePoint3d at = random.point(10);
@@ -70,10 +68,9 @@ struct Chain {
 
 // Counter-clockwise in XY from (0, -2, 0): 10 long, 4 wide, half circles of radius 2.
 inline Chain slot() {
-  const double pi = 3.141592653589793;
-  const KrGeVector3d up(0, 0, 1), right(1, 0, 0);
-  return Chain::of({segment({0, -2, 0}, {10, -2, 0}), new KrGeCircArc3d({10, 0, 0}, up, right, 2.0, -pi / 2, pi / 2),
-                    segment({10, 2, 0}, {0, 2, 0}), new KrGeCircArc3d({0, 0, 0}, up, right, 2.0, pi / 2, 3 * pi / 2)});
+  const double h = 1.5707963267948966;
+  return Chain::of({segment({0, -2, 0}, {10, -2, 0}), new KrGeCircArc3d({10, 0, 0}, {0, 0, 1}, {1, 0, 0}, 2.0, -h, h),
+                    segment({10, 2, 0}, {0, 2, 0}), new KrGeCircArc3d({0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 2.0, h, 3 * h)});
 }
 
 }  // namespace composite_test
