@@ -30,7 +30,8 @@ class KrCompositeCurve3dImpl;
 // owns it, the segment is deleted unless another container still uses it, in which case
 // "(pC->m_pImpl->isReferenced())" (line 49) is reported and the segment is kept (its other users
 // keep a valid pointer; the host deletes it once they are gone). A segment listed twice is released
-// and deleted once.
+// and deleted once, with the union of its flags; one that a new list holds again is not deleted
+// but taken over with its new flag.
 //
 // Not implemented (report "(((HRESULT)0x80004001L))" once, then their notice; neutral results:
 // the origin, false, null, 0, untouched outputs): both projClosestPointTo, getNormalPoint, project,
