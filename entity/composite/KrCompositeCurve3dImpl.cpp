@@ -3,8 +3,7 @@
 #include "entity/composite/KrCompositeCurve3dImpl.h"
 
 #include <algorithm>
-#include <functional>
-#include <vector>
+#include <cstdint>
 
 #include "KrsDiagnostics.h"
 
@@ -14,12 +13,17 @@ const char* const kSource = KrCompositeCurve3dImpl::kReportSource;
 
 KrGeCurve3d* curveAt(const KrsArray<void*>& curves, int index) { return static_cast<KrGeCurve3d*>(curves[index]); }
 
+// Addresses compared as unsigned integers: a total order for sorting and searching pointers.
+bool before(const void* a, const void* b) {
+  return reinterpret_cast<std::uintptr_t>(a) < reinterpret_cast<std::uintptr_t>(b);
+}
+
 // The pointers of `curves`, sorted, for membership tests while an old list is released.
-std::vector<const void*> sortedPointers(const KrsArray<void*>* curves) {
-  std::vector<const void*> sorted;
+KrsArray<void*> sortedPointers(const KrsArray<void*>* curves) {
+  KrsArray<void*> sorted;
   if (!curves) return sorted;
-  sorted.assign(curves->GetData(), curves->GetData() + curves->GetCount());
-  std::sort(sorted.begin(), sorted.end(), std::less<const void*>());
+  sorted = *curves;
+  std::sort(sorted.GetData(), sorted.GetData() + sorted.GetCount(), [](void* a, void* b) { return before(a, b); });
   return sorted;
 }
 
@@ -41,12 +45,16 @@ KrGeEntity3d* KrCompositeCurve3dImpl::copy() const { return copyInto(new KrGeCom
 // whether another container still owns (then it deletes the segment) or uses the segment.
 // Segments that the incoming list `keep` holds again are unregistered but never deleted.
 void KrCompositeCurve3dImpl::releaseCurves(const KrsArray<void*>* keep) {
-  const std::vector<const void*> kept = sortedPointers(keep);
+  const KrsArray<void*> kept = sortedPointers(keep);
+  void* const* keptBegin = kept.GetData();
+  void* const* keptEnd = keptBegin + kept.GetCount();
   for (int i = mCurveList.GetCount() - 1; i >= 0; --i) {
     KrGeCurve3d* curve = curveAt(mCurveList, i);
     KrEnt3dImpl* impl = implOf(*curve);
     if (impl) impl->removeReference(this);
-    if (!mOwned[i] || std::binary_search(kept.begin(), kept.end(), curve, std::less<const void*>())) continue;
+    const bool relisted = std::binary_search(keptBegin, keptEnd, static_cast<void*>(curve),
+                                             [](const void* a, const void* b) { return before(a, b); });
+    if (!mOwned[i] || relisted) continue;
     if (impl && impl->isOwned()) continue;
     const bool stillUsed = impl && impl->isReferenced();
     KRS_CHECK_TEXT_AT(!stillUsed, "(pC->m_pImpl->isReferenced())", kSource, 49);
@@ -80,7 +88,7 @@ int KrCompositeCurve3dImpl::depthOf(const KrsArray<void*>& curves) {
   int deepest = 0;
   for (int i = 0; i < curves.GetCount(); ++i)
     if (const KrCompositeCurve3dImpl* nested = of(*curveImplOf(*curveAt(curves, i))))
-      deepest = std::max(deepest, nested->depth());
+      if (nested->depth() > deepest) deepest = nested->depth();
   return deepest + 1;
 }
 
@@ -169,8 +177,12 @@ KrEnt3dImpl& KrCompositeCurve3dImpl::transformBy(const KrGeMatrix3d& matrix) {
 KrGeCurve3dImpl& KrCompositeCurve3dImpl::reverseParam() {
   const int n = count();
   for (int i = 0, j = n - 1; i < j; ++i, --j) {
-    std::swap(mCurveList[i], mCurveList[j]);
-    std::swap(mOwned[i], mOwned[j]);
+    void* const curve = mCurveList[i];
+    mCurveList[i] = mCurveList[j];
+    mCurveList[j] = curve;
+    const bool owned = mOwned[i];
+    mOwned[i] = mOwned[j];
+    mOwned[j] = owned;
   }
   KrsArray<int> first;
   krFirstPositions(mCurveList, first);

@@ -1,7 +1,5 @@
 // The arc-length parameter of the composite: mapping to and from the segments, evaluation,
 // length and sampling.
-#include <algorithm>
-
 #include "KrsDiagnostics.h"
 #include "entity/composite/KrCompositeCurve3dImpl.h"
 
@@ -73,7 +71,11 @@ KrGePoint3d KrCompositeCurve3dImpl::evalPoint(double param, int numDeriv, KrsArr
 
 double KrCompositeCurve3dImpl::length(double fromParam, double toParam, double tol) const {
   KRS_AUTOTEST("double KrCompositeCurve3dImpl::length(double fromParam, double toParam, double tol) const");
-  if (toParam < fromParam) std::swap(fromParam, toParam);
+  if (toParam < fromParam) {
+    const double lower = toParam;
+    toParam = fromParam;
+    fromParam = lower;
+  }
   const int nCurves = count();
   KRS_CHECK_TEXT_AT(nCurves != 0, "(nCurves == 0)", kSource, 1199);
   if (nCurves == 0) return 0.0;

@@ -1,7 +1,5 @@
 // Point and plane queries of the composite, answered segment by segment: closest points, blocks,
 // membership, closedness, linearity and planarity.
-#include <algorithm>
-
 #include "KrGeLineSeg3d.h"
 #include "KrsDiagnostics.h"
 #include "entity/composite/KrCompositeCurve3dImpl.h"
@@ -82,7 +80,11 @@ KrGeBoundBlock3d KrCompositeCurve3dImpl::blockOver(const KrGeInterval& range, bo
   if (count() == 0) return KrGeBoundBlock3d();
   double from = range.isBoundedBelow() ? range.lowerBound() : -kSmallest;
   double to = range.isBoundedAbove() ? range.upperBound() : kSmallest;
-  if (to < from) std::swap(from, to);
+  if (to < from) {
+    const double lower = to;
+    to = from;
+    from = lower;
+  }
   int idxStartCurve = 0, idxLastCurve = 0;
   const double local0 = globalToLocalParam(from, idxStartCurve);
   const double local1 = globalToLocalParam(to, idxLastCurve);

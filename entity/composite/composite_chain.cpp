@@ -1,11 +1,7 @@
 #include "entity/composite/composite_chain.h"
 
 #include <algorithm>
-#include <functional>
-#include <cmath>
-#include <unordered_set>
-#include <utility>
-#include <vector>
+#include <cstdint>
 
 #include "KrGeCompositeCurve3d.h"
 #include "KrGeInterval.h"
@@ -60,20 +56,41 @@ int KrCompositeLengths::locate(double param, double slack) const {
   return low;
 }
 
+namespace {
+
+bool before(const void* a, const void* b) {
+  return reinterpret_cast<std::uintptr_t>(a) < reinterpret_cast<std::uintptr_t>(b);
+}
+
+struct Position {
+  const void* pointer;
+  int index;
+};
+
+}  // namespace
+
+// A walk over the nested composites with a sorted list of those already seen. Plain arrays of
+// addresses keep the library's exported surface free of standard containers of its own types.
 bool krChainHolds(const KrGeCurve3d& curve, const void* composite) {
-  constexpr std::size_t kMaxVisits = 1048576;
-  std::vector<const KrGeCurve3d*> pending{&curve};
-  std::unordered_set<const KrGeCurve3d*> seen;
+  constexpr int kMaxVisits = 1048576;
+  KrsArray<const void*> pending, seen;
   KrsArray<void*> segments;
-  while (!pending.empty() && seen.size() < kMaxVisits) {
-    const KrGeCurve3d* current = pending.back();
-    pending.pop_back();
-    if (current->type() != KrGe::kCompositeCrv3d || !seen.insert(current).second) continue;
+  pending.Add(&curve);
+  while (!pending.IsEmpty() && seen.GetCount() < kMaxVisits) {
+    const KrGeCurve3d* current = static_cast<const KrGeCurve3d*>(pending[pending.GetCount() - 1]);
+    pending.SetSize(pending.GetCount() - 1);
+    if (current->type() != KrGe::kCompositeCrv3d) continue;
+    const void** seenBegin = seen.GetData();
+    const void** place = std::lower_bound(seenBegin, seenBegin + seen.GetCount(), static_cast<const void*>(current),
+                                          [](const void* a, const void* b) { return before(a, b); });
+    const int at = int(place - seenBegin);
+    if (at < seen.GetCount() && seen[at] == current) continue;
+    seen.InsertAt(at, current);
     const KrGeCompositeCurve3d& chain = static_cast<const KrGeCompositeCurve3d&>(*current);
     if (KrEnt3dImpl::implOf(chain) == composite) return true;
     chain.getCurveList(segments);
     for (int i = 0; i < segments.GetCount(); ++i)
-      if (segments[i]) pending.push_back(static_cast<const KrGeCurve3d*>(segments[i]));
+      if (segments[i]) pending.Add(segments[i]);
   }
   return false;
 }
@@ -81,13 +98,13 @@ bool krChainHolds(const KrGeCurve3d& curve, const void* composite) {
 void krFirstPositions(const KrsArray<void*>& curves, KrsArray<int>& first) {
   const int count = curves.GetCount();
   first.SetSize(count);
-  std::vector<std::pair<const void*, int>> order;
-  order.reserve(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) order.emplace_back(curves[i], i);
-  std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
-    return std::less<const void*>()(a.first, b.first) || (a.first == b.first && a.second < b.second);
+  KrsArray<Position> order;
+  order.SetSize(count);
+  for (int i = 0; i < count; ++i) order[i] = Position{curves[i], i};
+  std::sort(order.GetData(), order.GetData() + count, [](const Position& a, const Position& b) {
+    return before(a.pointer, b.pointer) || (a.pointer == b.pointer && a.index < b.index);
   });
-  for (std::size_t k = 0; k < order.size(); ++k)
-    first[order[k].second] = (k > 0 && order[k].first == order[k - 1].first) ? first[order[k - 1].second]
-                                                                             : order[k].second;
+  for (int k = 0; k < count; ++k)
+    first[order[k].index] =
+        (k > 0 && order[k].pointer == order[k - 1].pointer) ? first[order[k - 1].index] : order[k].index;
 }

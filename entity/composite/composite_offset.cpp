@@ -1,7 +1,6 @@
 #include "entity/composite/composite_offset.h"
 
 #include <cmath>
-#include <memory>
 #include <vector>
 
 #include "KrGeCircArc3d.h"
@@ -14,7 +13,8 @@ namespace {
 
 struct Piece {
   KrGeCurve3d* curve;
-  KrGePoint3d corner;  // the original chain's point where this piece's segment ends
+  KrGePoint3d corner;             // the original chain's point where this piece's segment ends
+  KrGeCurve3d* bridge = nullptr;  // what closes the gap after this piece, if anything
 };
 
 KrGePoint3d startOf(const KrGeCurve3d& curve) {
@@ -70,28 +70,33 @@ KrGeCurve3d* filletArc(const KrGePoint3d& corner, const KrGePoint3d& from, const
   return new KrGeCircArc3d(corner, axis, u, radius, 0.0, sweep);
 }
 
-// The curve a piece continues as beyond its ends: a straight piece's line, an arc's whole circle.
-std::unique_ptr<KrGeCurve3d> continuationOf(const KrGeCurve3d& piece, const KrGeTol& tol) {
+// The curve a piece continues as beyond its ends (new, the caller deletes it): a straight piece's
+// line, an arc's whole circle; null for another kind.
+KrGeCurve3d* continuationOf(const KrGeCurve3d& piece, const KrGeTol& tol) {
   if (piece.type() == KrGe::kCircArc3d) {
-    std::unique_ptr<KrGeCurve3d> circle(static_cast<KrGeCurve3d*>(piece.copy()));
-    circle->setInterval();
+    KrGeCurve3d* circle = static_cast<KrGeCurve3d*>(piece.copy());
+    if (circle) circle->setInterval();
     return circle;
   }
-  auto line = std::make_unique<KrGeLine3d>();
-  if (piece.type() != KrGe::kLineSeg3d || !piece.isLinear(*line, tol)) return nullptr;
-  return line;
+  KrGeLine3d line;
+  if (piece.type() != KrGe::kLineSeg3d || !piece.isLinear(line, tol)) return nullptr;
+  return new KrGeLine3d(line);
 }
 
 // Where the continuations of two pieces meet, nearest to the corner.
 bool continuationsMeet(const KrGeCurve3d& first, const KrGeCurve3d& second, const KrGePoint3d& corner,
                        KrGePoint3d& point, const KrGeTol& tol) {
-  const std::unique_ptr<KrGeCurve3d> a = continuationOf(first, tol), b = continuationOf(second, tol);
-  return a && b && crossingNear(*a, *b, corner, point, tol);
+  KrGeCurve3d* a = continuationOf(first, tol);
+  KrGeCurve3d* b = continuationOf(second, tol);
+  const bool meet = a && b && crossingNear(*a, *b, corner, point, tol);
+  delete a;
+  delete b;
+  return meet;
 }
 
 // Joins the end of `first` to the start of `second` around the original corner: a crossing
 // trims both; a gap gets the bridging piece, or with kExtend both pieces run on to meet.
-void join(Piece& first, Piece& second, std::vector<KrGeCurve3d*>& bridges, double distance, const KrGeVector3d& normal,
+void join(Piece& first, Piece& second, double distance, const KrGeVector3d& normal,
           KrGe::OffsetCrvExtType extensionType, const KrGeTol& tol) {
   const KrGePoint3d end = endOf(*first.curve), start = startOf(*second.curve);
   if (end.distanceTo(start) <= tol.equalPoint()) return;
@@ -109,8 +114,8 @@ void join(Piece& first, Piece& second, std::vector<KrGeCurve3d*>& bridges, doubl
   const bool roundCorner = extensionType != KrGe::kChamfer &&
                            std::fabs(end.distanceTo(first.corner) - std::fabs(distance)) <= tol.equalPoint() &&
                            std::fabs(start.distanceTo(first.corner) - std::fabs(distance)) <= tol.equalPoint();
-  bridges.push_back(roundCorner ? filletArc(first.corner, end, start, normal)
-                                : static_cast<KrGeCurve3d*>(new KrGeLineSeg3d(end, start)));
+  first.bridge = roundCorner ? filletArc(first.corner, end, start, normal)
+                             : static_cast<KrGeCurve3d*>(new KrGeLineSeg3d(end, start));
 }
 
 }  // namespace
@@ -128,11 +133,10 @@ void krOffsetChain(const KrCompositeCurve3dImpl& chain, double distance, const K
   const int count = int(pieces.size());
   const KrGeVector3d normal = planeNormal.normal(KrGeContext::gTol);
   const bool closed = count > 1 && chain.isClosed(tol);
-  std::vector<std::vector<KrGeCurve3d*>> bridges(pieces.size());
   for (int k = 0; k + 1 < count || (closed && k < count); ++k)
-    join(pieces[k], pieces[(k + 1) % count], bridges[k], distance, normal, extensionType, tol);
+    join(pieces[k], pieces[(k + 1) % count], distance, normal, extensionType, tol);
   for (int k = 0; k < count; ++k) {
     offsetCurveList.Add(pieces[k].curve);
-    for (KrGeCurve3d* bridge : bridges[k]) offsetCurveList.Add(bridge);
+    if (pieces[k].bridge) offsetCurveList.Add(pieces[k].bridge);
   }
 }
