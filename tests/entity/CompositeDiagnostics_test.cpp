@@ -62,7 +62,7 @@ void callAnnounced(const KrGeCompositeCurve3d& c) {
 // The first calls happen before any test, so the once-per-process reports are seen in any order.
 struct FirstCallsEnvironment : ::testing::Environment {
   void SetUp() override {
-    const double nan = linear_test::kNaN;
+    const double nan = testkit::kNaN;
     KrGeCompositeCurve3d chain = composite_test::Chain::of(
         {composite_test::segment({0, 0, 0}, {3, 0, 0}), composite_test::segment({3, 0, 0}, {3, 4, 0})}).curve;
     KrGeCompositeCurve3d empty;
@@ -70,7 +70,7 @@ struct FirstCallsEnvironment : ::testing::Environment {
     KrGePlane plane;
     KrsArray<KrGePoint3d> points;
     int seg = 0;
-    gNotices = linear_test::recordsOf([&] {
+    gNotices = testkit::recordsOf([&] {
       callAnnounced(chain);
       callAnnounced(chain);
     });
@@ -98,11 +98,11 @@ struct FirstCallsEnvironment : ::testing::Environment {
     for (const auto& site : sites) {
       gSites.push_back(site.first);
       for (int round = 0; round < 2; ++round) {
-        const auto records = linear_test::recordsOf(site.second);
+        const auto records = testkit::recordsOf(site.second);
         gSites.back().records.insert(gSites.back().records.end(), records.begin(), records.end());
       }
     }
-    gSampling = linear_test::recordsOf([&] {
+    gSampling = testkit::recordsOf([&] {
       for (int n : {1, 0, 2000000, 1, 0, 2000000}) chain.getSamplePoints(n, points);
     });
   }
@@ -128,7 +128,7 @@ TEST(CompositeDiagnostics, Assertions_ExactTextsAndLinesOncePerSite) {
   // "negative count" for 0 and 1 samples and the cap's warning, every time.
   ASSERT_EQ(gSampling.size(), 6u);
   EXPECT_EQ(testkit::countMessage(gSampling, "ERROR(80070057) 'negative count'"), 4);
-  EXPECT_EQ(testkit::countMessage(gSampling, linear_test::warningText("KrCompositeCurve3dImpl::getSamplePoints - numSample above 1048576, 1048576 used")), 2);
+  EXPECT_EQ(testkit::countMessage(gSampling, testkit::warningText("KrCompositeCurve3dImpl::getSamplePoints - numSample above 1048576, 1048576 used")), 2);
   EXPECT_EQ(gSampling[0].line, 1335u);
 }
 
@@ -148,8 +148,8 @@ TEST(CompositeDiagnostics, Notices_OncePerOperationWithTheirSignatures) {
         "double " + c + "length(double fromParam, double toParam, double tol) const",
         "void " + c + "getSamplePoints by num samples", "void " + c + "getSamplePoints by eps",
         "bool " + c + "explod(...)"})
-    EXPECT_EQ(notices.count(linear_test::noticeText(signature)), 1u) << signature;
+    EXPECT_EQ(notices.count(testkit::noticeText(signature)), 1u) << signature;
   // The 12 operations not provided report their assertion once each, just before their notice.
-  EXPECT_EQ(linear_test::countAssertions(gNotices, "(((HRESULT)0x80004001L))"), 12);
+  EXPECT_EQ(testkit::countAssertions(gNotices, "(((HRESULT)0x80004001L))"), 12);
   EXPECT_EQ(gNotices[1].message, testkit::assertionText("(((HRESULT)0x80004001L))", kSource, gNotices[1].line));
 }

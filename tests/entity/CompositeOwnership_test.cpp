@@ -118,7 +118,7 @@ TEST(CompositeOwnership, BadInput_RefusedOrNeutral) {
   EXPECT_EQ(open.length(0, 3), 3.0);
   EXPECT_EQ(open.globalToLocalParam(10.0, seg), 10.0);
   EXPECT_EQ(seg, 1);
-  EXPECT_TRUE(std::isnan(open.evalPoint(linear_test::kNaN).x));
+  EXPECT_TRUE(std::isnan(open.evalPoint(testkit::kNaN).x));
   KrsArray<KrGePoint3d> points;
   composite_test::slot().curve.getSamplePoints(2147483647, points);
   EXPECT_EQ(points.GetCount(), 1048576);

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tests/entity/LinearTestKit.h"
+#include "testkit/TestKit.h"
 
 namespace composite_test {
 
@@ -37,7 +37,7 @@ struct Chain {
   }
 
   // `count` connected segments and arcs 1e-3 to 1e3 long; with `nested` one in ten is a chain too.
-  static Chain random(linear_test::Random& random, int count, bool nested = true) {
+  static Chain random(testkit::Random& random, int count, bool nested = true) {
     std::vector<KrGeCurve3d*> pieces;
     KrGePoint3d at = random.point(10);
     for (int i = 0; i < count; ++i) {

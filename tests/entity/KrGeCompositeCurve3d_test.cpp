@@ -4,15 +4,15 @@
 
 using composite_test::Chain;
 using composite_test::segment;
-using linear_test::within;
+using testkit::within;
 
-static const double kPi = 3.141592653589793;
+using testkit::kPi;
 
 // Every global parameter maps to the piece a walk over the lengths chooses, lands on it, maps
 // back and measures itself, on chains of 1 to 30 pieces 1e-3 to 1e3 long (nested ones too);
 // reversed, point(s) comes at L - s; scaled by 2.5, at 2.5 s.
 TEST(KrGeCompositeCurve3d, Mapping_RoundTripsOnRandomChainsReversedAndMoved) {
-  linear_test::repeat(1313, 200, [](linear_test::Random& random, int) {
+  testkit::repeat(1313, 200, [](testkit::Random& random, int) {
     const Chain chain = Chain::random(random, 1 + int(random.uniform(0, 30)));
     const double total = chain.total();
     KrGeCompositeCurve3d reversed(chain.curve), moved(chain.curve);
