@@ -44,7 +44,8 @@ class KrCompositeCurve3dImpl;
 //
 // Curve operations, where they go beyond the generic contract:
 //   evalPoint(s, n): the chosen segment's point and derivatives with respect to its own parameter
-//     (not to arc length); an empty composite answers the origin.
+//     (not to arc length), n limited and reported as that segment's kind does; an empty composite
+//     answers the origin.
 //   length(from, to, tol): the ends exchanged when reversed; the segments' own lengths from the
 //     mapped parameters, full segments in between. Empty: "(nCurves == 0)" (line 1199), 0.
 //   getSamplePoints(n): n points at evenly spaced global parameters over the stored interval; n <= 1
