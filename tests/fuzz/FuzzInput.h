@@ -152,3 +152,13 @@ void mayRunOutOfMemory(Operation operation) {
     return "allocator_may_return_null=1:max_allocation_size_mb=64:detect_leaks=1";           \
   }                                                                                          \
   extern "C" const char* __ubsan_default_options() { return "halt_on_error=1:print_stacktrace=1"; }
+
+// The entry point of a target: a fresh State per input and at most 128 steps, each decoded by
+// step(Input&, State&) from the bytes that are left.
+#define KRGEL_FUZZ_STEPS(State, step)                                                        \
+  extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {        \
+    fuzz::Input in(data, size);                                                               \
+    State state;                                                                              \
+    for (int steps = 0; in.more() && steps < 128; ++steps) step(in, state);                   \
+    return 0;                                                                                 \
+  }
