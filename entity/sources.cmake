@@ -35,6 +35,7 @@ list(APPEND KRGEL_SOURCES
   entity/ellipse/KrEllipticArc3dImpl_relations.cpp
   entity/ellipse/KrGeEllipArc3d.cpp
   entity/relation/KrCurveRelation.cpp
+  entity/relation/composite_any.cpp
   entity/relation/arc_ellipse.cpp
   entity/relation/ellipse_ellipse.cpp
   entity/relation/ellipse_pairs.cpp
@@ -50,6 +51,13 @@ list(APPEND KRGEL_SOURCES
   entity/relation/arc_arc_descent.cpp
   entity/relation/arc_arc.cpp
   entity/relation/arc_arc_intersect.cpp
+  entity/composite/composite_chain.cpp
+  entity/composite/composite_offset.cpp
+  entity/composite/KrCompositeCurve3dImpl.cpp
+  entity/composite/KrCompositeCurve3dImpl_param.cpp
+  entity/composite/KrCompositeCurve3dImpl_query.cpp
+  entity/composite/KrCompositeCurve3dImpl_stubs.cpp
+  entity/composite/KrGeCompositeCurve3d.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp

@@ -7,6 +7,7 @@
 #include "entity/curve/KrGeCurve3dImpl.h"
 #include "entity/relation/arc_arc.h"
 #include "entity/relation/arc_ellipse.h"
+#include "entity/relation/composite_any.h"
 #include "entity/relation/ellipse_ellipse.h"
 #include "entity/relation/line_arc.h"
 #include "entity/relation/line_ellipse.h"
@@ -21,6 +22,8 @@ KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
       return KrCurveKind::kCircArc;
     case KrGe::kEllipArc3d:
       return KrCurveKind::kEllipArc;
+    case KrGe::kCompositeCrv3d:
+      return KrCurveKind::kComposite;
     default:
       return KrCurveKind::kOther;
   }
@@ -64,6 +67,12 @@ struct Lookup {
       const int a = static_cast<int>(entry.first), b = static_cast<int>(entry.second);
       slots[a][b] = Slot{&entry.row, false};
       if (a != b && !slots[b][a].row) slots[b][a] = Slot{&entry.row, true};
+    }
+    // A composite meets every kind through its segments; it is taken as the first curve.
+    const int composite = static_cast<int>(KrCurveKind::kComposite);
+    for (int other = 0; other < kKrCurveKindCount; ++other) {
+      slots[composite][other] = Slot{&kCompositeAnyRow, false};
+      if (other != composite) slots[other][composite] = Slot{&kCompositeAnyRow, true};
     }
   }
 };
