@@ -1,0 +1,307 @@
+#include "entity/spline/nurbs_form.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kMaxOrder = kKrNurbsMaxDegree + 1;
+
+// The p + 1 non-zero basis functions of span s at u: the triangular Cox-de Boor scheme, every
+// term a convex combination on a valid span, so no cancellation and no division by zero.
+inline void basisFuns(const double* k, int s, int p, double u, double* N) {
+  double left[kMaxOrder], right[kMaxOrder];
+  N[0] = 1.0;
+  for (int j = 1; j <= p; ++j) {
+    left[j] = u - k[s + 1 - j];
+    right[j] = k[s + j] - u;
+    double saved = 0.0;
+    for (int r = 0; r < j; ++r) {
+      const double temp = N[r] / (right[r + 1] + left[j - r]);
+      N[r] = saved + right[r + 1] * temp;
+      saved = left[j - r] * temp;
+    }
+    N[j] = saved;
+  }
+}
+
+// Basis functions and their derivatives up to order n (n <= p) of span s at u: the triangle
+// of knot differences and basis values is built once, and the derivative coefficients follow by
+// the difference recurrence, so each order costs O(p^2).
+void dersBasisFuns(const double* k, int s, int p, double u, int n, double ders[][kMaxOrder]) {
+  double ndu[kMaxOrder][kMaxOrder];
+  double left[kMaxOrder], right[kMaxOrder];
+  ndu[0][0] = 1.0;
+  for (int j = 1; j <= p; ++j) {
+    left[j] = u - k[s + 1 - j];
+    right[j] = k[s + j] - u;
+    double saved = 0.0;
+    for (int r = 0; r < j; ++r) {
+      ndu[j][r] = right[r + 1] + left[j - r];
+      const double temp = ndu[r][j - 1] / ndu[j][r];
+      ndu[r][j] = saved + right[r + 1] * temp;
+      saved = left[j - r] * temp;
+    }
+    ndu[j][j] = saved;
+  }
+  for (int j = 0; j <= p; ++j) ders[0][j] = ndu[j][p];
+  double a[2][kMaxOrder];
+  for (int r = 0; r <= p; ++r) {
+    int s1 = 0, s2 = 1;
+    a[0][0] = 1.0;
+    for (int kk = 1; kk <= n; ++kk) {
+      double d = 0.0;
+      const int rk = r - kk, pk = p - kk;
+      if (r >= kk) {
+        a[s2][0] = a[s1][0] / ndu[pk + 1][rk];
+        d = a[s2][0] * ndu[rk][pk];
+      }
+      const int j1 = rk >= -1 ? 1 : -rk;
+      const int j2 = (r - 1 <= pk) ? kk - 1 : p - r;
+      for (int j = j1; j <= j2; ++j) {
+        a[s2][j] = (a[s1][j] - a[s1][j - 1]) / ndu[pk + 1][rk + j];
+        d += a[s2][j] * ndu[rk + j][pk];
+      }
+      if (r <= pk) {
+        a[s2][kk] = -a[s1][kk - 1] / ndu[pk + 1][r];
+        d += a[s2][kk] * ndu[r][pk];
+      }
+      ders[kk][r] = d;
+      std::swap(s1, s2);
+    }
+  }
+  double factor = p;
+  for (int kk = 1; kk <= n; ++kk) {
+    for (int j = 0; j <= p; ++j) ders[kk][j] *= factor;
+    factor *= (p - kk);
+  }
+}
+
+bool finite(const KrGePoint3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
+
+}  // namespace
+
+int KrNurbsForm::spanOf(double u) const {
+  const double* k = knots.data();
+  int lo = degree, hi = count;
+  if (!(u >= k[lo])) {
+    while (lo < hi - 1 && k[lo + 1] <= k[lo]) ++lo;
+    return lo;
+  }
+  if (u >= k[hi]) {
+    --hi;
+    while (hi > lo && k[hi] >= k[hi + 1]) --hi;
+    return hi;
+  }
+  // Invariant k[lo] <= u < k[hi]; at most log2(count) halvings.
+  while (hi - lo > 1) {
+    const int mid = (lo + hi) / 2;
+    if (u < k[mid]) hi = mid; else lo = mid;
+  }
+  return lo;
+}
+
+void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKnots, const KrGePoint3d* points,
+                  int numPoints, const double* weights, int numWeights) {
+  form = KrNurbsForm();
+  form.degree = degree;
+  if (degree < 1 || degree > kKrNurbsMaxDegree || numKnots < 2 * degree + 2 || numPoints < degree + 1) return;
+  const int count = std::min(numPoints, numKnots - degree - 1);
+  if (count < degree + 1) return;
+  const int usedKnots = count + degree + 1;
+  for (int i = 0; i < usedKnots; ++i) {
+    if (!std::isfinite(knots[i]) || (i > 0 && knots[i] < knots[i - 1])) return;
+  }
+  if (!(knots[degree] < knots[count])) return;
+  const bool rational = numWeights >= numPoints;
+  for (int i = 0; i < count; ++i) {
+    if (!finite(points[i])) return;
+    if (rational && !(std::isfinite(weights[i]) && weights[i] > 0.0)) return;
+  }
+  form.count = count;
+  form.rational = rational;
+  form.knots.assign(knots, knots + usedKnots);
+  form.hw.resize(4 * static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    const double w = rational ? weights[i] : 1.0;
+    double* h = &form.hw[4 * static_cast<std::size_t>(i)];
+    h[0] = w * points[i].x;
+    h[1] = w * points[i].y;
+    h[2] = w * points[i].z;
+    h[3] = w;
+  }
+  form.valid = true;
+}
+
+KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u) {
+  const int p = form.degree;
+  const int s = form.spanOf(u);
+  double N[kMaxOrder];
+  basisFuns(form.knots.data(), s, p, u, N);
+  const double* h = &form.hw[4 * static_cast<std::size_t>(s - p)];
+  double x = 0.0, y = 0.0, z = 0.0, w = 0.0;
+  for (int j = 0; j <= p; ++j, h += 4) {
+    x += N[j] * h[0];
+    y += N[j] * h[1];
+    z += N[j] * h[2];
+    w += N[j] * h[3];
+  }
+  if (!form.rational) return KrGePoint3d(x, y, z);
+  return KrGePoint3d(x / w, y / w, z / w);
+}
+
+void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d* out) {
+  const int p = form.degree;
+  const int n = std::min(numDeriv, p);
+  const int s = form.spanOf(u);
+  double ders[kMaxOrder][kMaxOrder];
+  dersBasisFuns(form.knots.data(), s, p, u, n, ders);
+  // Homogeneous derivatives A^(k) (xyz) and w^(k), k <= n; all higher ones vanish.
+  double aw[kMaxOrder][4];
+  for (int kk = 0; kk <= n; ++kk) {
+    double acc[4] = {0.0, 0.0, 0.0, 0.0};
+    const double* h = &form.hw[4 * static_cast<std::size_t>(s - p)];
+    for (int j = 0; j <= p; ++j, h += 4)
+      for (int c = 0; c < 4; ++c) acc[c] += ders[kk][j] * h[c];
+    for (int c = 0; c < 4; ++c) aw[kk][c] = acc[c];
+  }
+  if (!form.rational) {
+    for (int kk = 0; kk <= numDeriv; ++kk)
+      out[kk] = kk <= n ? KrGeVector3d(aw[kk][0], aw[kk][1], aw[kk][2]) : KrGeVector3d(0.0, 0.0, 0.0);
+    return;
+  }
+  // Quotient rule on Taylor coefficients: with C = A / w, a_k = A^(k)/k!, o_k = w^(k)/k! and
+  // D_k = C^(k)/k!, the product A = w C gives D_k = (a_k - sum_{i=1..min(k,p)} o_i D_{k-i}) / o_0.
+  // Only the last p coefficients are needed, kept in a ring.
+  double ring[kMaxOrder][3];
+  double invFact = 1.0, fact = 1.0;
+  const double w0 = aw[0][3];
+  for (int kk = 0; kk <= numDeriv; ++kk) {
+    if (kk > 0) {
+      invFact /= kk;
+      fact *= kk;
+    }
+    double d[3];
+    for (int c = 0; c < 3; ++c) d[c] = kk <= n ? aw[kk][c] * invFact : 0.0;
+    double invFactI = 1.0;
+    for (int i = 1; i <= std::min(kk, n); ++i) {
+      invFactI /= i;
+      const double oi = aw[i][3] * invFactI;
+      const double* prev = ring[(kk - i) % kMaxOrder];
+      for (int c = 0; c < 3; ++c) d[c] -= oi * prev[c];
+    }
+    double* cur = ring[kk % kMaxOrder];
+    for (int c = 0; c < 3; ++c) cur[c] = d[c] / w0;
+    auto scaled = [fact](double v) { return v == 0.0 ? 0.0 : v * fact; };
+    out[kk] = KrGeVector3d(scaled(cur[0]), scaled(cur[1]), scaled(cur[2]));
+  }
+}
+
+void krNurbsPoint2(const KrNurbsForm& form, double u, KrGePoint3d& point, KrGeVector3d& d1, KrGeVector3d& d2) {
+  KrGeVector3d out[3];
+  krNurbsDerivs(form, u, 2, out);
+  point = KrGePoint3d(out[0].x, out[0].y, out[0].z);
+  d1 = out[1];
+  d2 = out[2];
+}
+
+void krNurbsBlossom(const KrNurbsForm& form, int span, const double* args, double* out4) {
+  const int p = form.degree;
+  const double* k = form.knots.data();
+  double d[kMaxOrder][4];
+  for (int i = 0; i <= p; ++i)
+    for (int c = 0; c < 4; ++c) d[i][c] = form.hw[4 * static_cast<std::size_t>(span - p + i) + c];
+  // De Boor's triangle with one argument per level: the polar form is symmetric and multi-affine,
+  // so level r may use any of the arguments; each step is an affine combination on the span.
+  for (int r = 1; r <= p; ++r) {
+    const double x = args[r - 1];
+    for (int i = p; i >= r; --i) {
+      const int g = span - p + i;
+      const double alpha = (x - k[g]) / (k[g + p - r + 1] - k[g]);
+      for (int c = 0; c < 4; ++c) d[i][c] = (1.0 - alpha) * d[i - 1][c] + alpha * d[i][c];
+    }
+  }
+  for (int c = 0; c < 4; ++c) out4[c] = d[p][c];
+}
+
+void krNurbsPieceHull(const KrNurbsForm& form, double a, double b, KrGePoint3d& low, KrGePoint3d& high) {
+  const int p = form.degree;
+  const double* k = form.knots.data();
+  const double inf = HUGE_VAL;
+  low = KrGePoint3d(inf, inf, inf);
+  high = KrGePoint3d(-inf, -inf, -inf);
+  const int first = form.spanOf(a);
+  const int last = form.spanOf(b);
+  double args[kKrNurbsMaxDegree];
+  for (int s = first; s <= last && s <= form.count - 1; ++s) {
+    if (k[s] >= k[s + 1] && s != first) continue;
+    const double lo = std::max(a, k[s]), hi = std::min(b, k[s + 1]);
+    const double from = s == first ? a : lo;
+    const double to = s == last ? b : hi;
+    for (int j = 0; j <= p; ++j) {
+      for (int i = 0; i < p; ++i) args[i] = i < p - j ? from : to;
+      double h[4];
+      krNurbsBlossom(form, s, args, h);
+      const KrGePoint3d q(h[0] / h[3], h[1] / h[3], h[2] / h[3]);
+      low.set(std::min(low.x, q.x), std::min(low.y, q.y), std::min(low.z, q.z));
+      high.set(std::max(high.x, q.x), std::max(high.y, q.y), std::max(high.z, q.z));
+    }
+  }
+}
+
+void krNurbsInsertKnot(KrNurbsForm& form, double u, int times) {
+  const int p = form.degree;
+  for (int t = 0; t < times && t < p + 1; ++t) {
+    const std::vector<double>& k = form.knots;
+    int s = form.count - 1;
+    while (s > p && k[s] > u) --s;
+    std::vector<double> hw(4 * static_cast<std::size_t>(form.count + 1));
+    for (int i = 0; i <= form.count; ++i) {
+      double* q = &hw[4 * static_cast<std::size_t>(i)];
+      if (i <= s - p) {
+        for (int c = 0; c < 4; ++c) q[c] = form.hw[4 * static_cast<std::size_t>(i) + c];
+      } else if (i >= s + 1) {
+        for (int c = 0; c < 4; ++c) q[c] = form.hw[4 * static_cast<std::size_t>(i - 1) + c];
+      } else {
+        const double alpha = (u - k[i]) / (k[i + p] - k[i]);
+        for (int c = 0; c < 4; ++c)
+          q[c] = alpha * form.hw[4 * static_cast<std::size_t>(i) + c] +
+                 (1.0 - alpha) * form.hw[4 * static_cast<std::size_t>(i - 1) + c];
+      }
+    }
+    form.knots.insert(form.knots.begin() + s + 1, u);
+    form.hw.swap(hw);
+    ++form.count;
+  }
+}
+
+KrNurbsForm krNurbsExtract(const KrNurbsForm& source, double a, double b) {
+  KrNurbsForm form = source;
+  const int p = form.degree;
+  auto multiplicity = [&form](double u) {
+    return static_cast<int>(std::count(form.knots.begin(), form.knots.end(), u));
+  };
+  krNurbsInsertKnot(form, a, std::max(0, p - multiplicity(a)));
+  krNurbsInsertKnot(form, b, std::max(0, p - multiplicity(b)));
+  const std::vector<double>& k = form.knots;
+  const int lastA = static_cast<int>(std::upper_bound(k.begin(), k.end(), a) - k.begin()) - 1;
+  const int firstB = static_cast<int>(std::lower_bound(k.begin(), k.end(), b) - k.begin());
+  const int firstPoint = lastA - p;
+  const int lastPoint = firstB - 1;
+  KrNurbsForm piece;
+  piece.degree = p;
+  piece.rational = form.rational;
+  piece.count = lastPoint - firstPoint + 1;
+  piece.knots.assign(static_cast<std::size_t>(p + 1), a);
+  for (int i = lastA + 1; i < firstB; ++i) piece.knots.push_back(k[i]);
+  piece.knots.insert(piece.knots.end(), static_cast<std::size_t>(p + 1), b);
+  piece.hw.assign(form.hw.begin() + 4 * firstPoint, form.hw.begin() + 4 * (lastPoint + 1));
+  piece.valid = piece.count >= p + 1 && a < b;
+  return piece;
+}
+
+void krNurbsBreaks(const KrNurbsForm& form, std::vector<double>& breaks) {
+  breaks.clear();
+  for (int i = form.degree; i <= form.count; ++i)
+    if (breaks.empty() || form.knots[i] > breaks.back()) breaks.push_back(form.knots[i]);
+}

@@ -1,0 +1,65 @@
+// The evaluable form of a NURBS curve: clamped-or-not knots and homogeneous control points
+// (w x, w y, w z, w) in flat arrays, checked once when the definition changes so that every
+// evaluation is branch-light. The NURBS data object rebuilds it after each change; the curve
+// algorithms (evaluation, length, nearest point, bounds, splitting) read only this form.
+#pragma once
+
+#include <vector>
+
+#include "KrGePoint3d.h"
+#include "KrGeVector3d.h"
+
+// Highest degree the curve algorithms evaluate (basis tables live on the stack).
+constexpr int kKrNurbsMaxDegree = 32;
+
+struct KrNurbsForm {
+  int degree = 0;
+  int count = 0;           // control points in use: min(stored, knots - degree - 1)
+  bool rational = false;
+  bool valid = false;      // see krNurbsBuild for the conditions
+  std::vector<double> knots;  // count + degree + 1 values when valid
+  std::vector<double> hw;     // 4 per control point
+
+  double startParam() const { return knots[degree]; }
+  double endParam() const { return knots[count]; }
+  // The span index s with knots[s] <= u < knots[s + 1], clamped to [degree, count - 1]; the end
+  // parameter belongs to the last non-empty span.
+  int spanOf(double u) const;
+  KrGePoint3d controlPoint(int i) const {
+    const double* p = &hw[4 * static_cast<std::size_t>(i)];
+    return KrGePoint3d(p[0] / p[3], p[1] / p[3], p[2] / p[3]);
+  }
+  double weight(int i) const { return hw[4 * static_cast<std::size_t>(i) + 3]; }
+};
+
+// Builds the form from a definition. It is valid when 1 <= degree <= kKrNurbsMaxDegree, at
+// least degree + 1 control points are in use, every knot is finite and not below its
+// predecessor, knots[degree] < knots[count], every control point is finite and, for a rational
+// curve, every weight in use is finite and > 0. Surplus control points (beyond knots - degree -
+// 1) and surplus weights are not used.
+void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKnots, const KrGePoint3d* points,
+                  int numPoints, const double* weights, int numWeights);
+
+// The point at u (valid form; u outside the range extrapolates the end span's polynomial).
+KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u);
+// The point and derivatives 1..numDeriv at u into out[0..numDeriv] (out[0] is the point as a
+// vector from the origin). Derivatives above the degree are zero for polynomial curves; rational
+// ones follow the quotient rule in Taylor-coefficient form, which needs no binomials.
+void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d* out);
+// Point, first and second derivative (the hot path of the solvers).
+void krNurbsPoint2(const KrNurbsForm& form, double u, KrGePoint3d& point, KrGeVector3d& d1, KrGeVector3d& d2);
+
+// The blossom (polar form) of span s at the `degree` arguments args, homogeneous (4 doubles).
+// With args = (a..a, b..b) it gives the Bezier control points of the piece [a, b] of span s.
+void krNurbsBlossom(const KrNurbsForm& form, int span, const double* args, double* out4);
+// The axis-aligned box of the Bezier control polygon of the piece [a, b] (within one span or
+// across several): contains the curve over [a, b] because weights are positive.
+void krNurbsPieceHull(const KrNurbsForm& form, double a, double b, KrGePoint3d& low, KrGePoint3d& high);
+
+// Textbook knot insertion (Boehm) of u, `times` times, on the homogeneous form.
+void krNurbsInsertKnot(KrNurbsForm& form, double u, int times);
+// The sub-curve over [a, b] (startParam <= a < b <= endParam), by raising a and b to
+// multiplicity degree and dropping what lies outside.
+KrNurbsForm krNurbsExtract(const KrNurbsForm& form, double a, double b);
+// Distinct knot values within [startParam, endParam], ascending (span boundaries).
+void krNurbsBreaks(const KrNurbsForm& form, std::vector<double>& breaks);
