@@ -144,7 +144,8 @@ public:
   // a[j] old[j] + (1 - a[j]) old[j - 1]; there are as many new points as knots, and a point
   // whose old source lies outside the old points stays at the origin. Weights are unchanged.
   // Unlike textbook insertion the tail keeps old[j] rather than old[j - 1], so in general the
-  // curve changes; inserting the end parameter leaves it unchanged.
+  // curve changes; inserting the end parameter leaves a non-rational curve unchanged. Weights
+  // are not added, so a rational curve stops counting as rational.
   KrGeNurbCurve3d& insertKnot(double newKnot);
   // Stores the weight (index checked, line 665; nothing stored when out of range).
   KrGeNurbCurve3d& setWeightAt(int idx, double weight);

@@ -41,14 +41,17 @@ double distance2(const KrGePoint3d& a, const KrGePoint3d& b) {
   return d.dotProduct(d);
 }
 
-// Safeguarded Newton for the foot of the perpendicular inside [lo, hi] from t; keeps the best
-// iterate (so the answer is never worse than the seed).
-void refine(const KrNurbsForm& form, const KrGePoint3d& point, double lo, double hi, double t, double& bestT,
-            double& best2) {
+// Safeguarded Newton for the foot of the perpendicular inside [lo, hi] of one span from t: a
+// step that leaves the shrinking bracket (or makes no progress) is replaced by bisection, and
+// the best iterate is kept, so the answer is never worse than the seed. The span's own
+// polynomial is used at its end knots.
+void refine(const KrNurbsForm& form, int span, const KrGePoint3d& point, double lo, double hi, double t,
+            double& bestT, double& best2) {
+  const double width = hi - lo;
   for (int step = 0; step < kNewtonSteps; ++step) {
     KrGePoint3d c;
     KrGeVector3d d1, d2;
-    krNurbsPoint2(form, t, c, d1, d2);
+    krNurbsPoint2(form, t, c, d1, d2, span);
     const KrGeVector3d diff = c - point;
     const double dist2 = diff.dotProduct(diff);
     if (dist2 < best2) {
@@ -57,24 +60,10 @@ void refine(const KrNurbsForm& form, const KrGePoint3d& point, double lo, double
     }
     const double f = d1.dotProduct(diff);
     const double fp = d2.dotProduct(diff) + d1.dotProduct(d1);
-    double next;
-    if (fp > 0.0) {
-      next = t - f / fp;
-    } else {
-      next = f > 0.0 ? 0.5 * (lo + t) : 0.5 * (t + hi);
-    }
-    next = std::max(lo, std::min(hi, next));
-    if (f > 0.0) hi = t; else if (f < 0.0) lo = t;
-    if (!(std::fabs(next - t) > 1e-16 * (std::fabs(t) + (hi - lo))) || !(hi > lo)) {
-      if (next != t) {
-        const double d2n = distance2(krNurbsPoint(form, next), point);
-        if (d2n < best2) {
-          best2 = d2n;
-          bestT = next;
-        }
-      }
-      return;
-    }
+    if (f > 0.0) hi = t; else if (f < 0.0) lo = t; else return;
+    double next = fp > 0.0 ? t - f / fp : 0.5 * (lo + hi);
+    if (!(next > lo && next < hi)) next = 0.5 * (lo + hi);
+    if (!(hi - lo > 1e-16 * (std::fabs(t) + width)) || !(std::fabs(next - t) > 1e-16 * (std::fabs(t) + width))) return;
     t = next;
   }
 }
@@ -119,14 +108,14 @@ double krNurbsNearestParam(const KrNurbsForm& form, const KrGePoint3d& point, do
     double values[kKrNurbsMaxDegree + 2];
     const double h = (piece.to - piece.from) / (samples - 1);
     auto at = [&](int j) { return j == samples - 1 ? piece.to : piece.from + j * h; };
-    for (int j = 0; j < samples; ++j) values[j] = distance2(krNurbsPoint(form, at(j)), point);
+    for (int j = 0; j < samples; ++j) values[j] = distance2(krNurbsPoint(form, at(j), piece.span), point);
     for (int j = 0; j < samples; ++j) {
       if ((j > 0 && values[j - 1] < values[j]) || (j + 1 < samples && values[j + 1] < values[j])) continue;
       if (values[j] < best2) {
         best2 = values[j];
         bestT = at(j);
       }
-      refine(form, point, at(std::max(0, j - 1)), at(std::min(samples - 1, j + 1)), at(j), bestT, best2);
+      refine(form, piece.span, point, at(std::max(0, j - 1)), at(std::min(samples - 1, j + 1)), at(j), bestT, best2);
     }
   }
   if (distance) *distance = std::sqrt(best2);

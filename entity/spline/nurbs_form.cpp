@@ -133,9 +133,9 @@ void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKno
   form.valid = true;
 }
 
-KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u) {
+KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u, int span) {
   const int p = form.degree;
-  const int s = form.spanOf(u);
+  const int s = span >= 0 ? span : form.spanOf(u);
   double N[kMaxOrder];
   basisFuns(form.knots.data(), s, p, u, N);
   const double* h = &form.hw[4 * static_cast<std::size_t>(s - p)];
@@ -150,10 +150,10 @@ KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u) {
   return KrGePoint3d(x / w, y / w, z / w);
 }
 
-void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d* out) {
+void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d* out, int span) {
   const int p = form.degree;
   const int n = std::min(numDeriv, p);
-  const int s = form.spanOf(u);
+  const int s = span >= 0 ? span : form.spanOf(u);
   double ders[kMaxOrder][kMaxOrder];
   dersBasisFuns(form.knots.data(), s, p, u, n, ders);
   // Homogeneous derivatives A^(k) (xyz) and w^(k), k <= n; all higher ones vanish.
@@ -197,9 +197,10 @@ void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d
   }
 }
 
-void krNurbsPoint2(const KrNurbsForm& form, double u, KrGePoint3d& point, KrGeVector3d& d1, KrGeVector3d& d2) {
+void krNurbsPoint2(const KrNurbsForm& form, double u, KrGePoint3d& point, KrGeVector3d& d1, KrGeVector3d& d2,
+                   int span) {
   KrGeVector3d out[3];
-  krNurbsDerivs(form, u, 2, out);
+  krNurbsDerivs(form, u, 2, out, span);
   point = KrGePoint3d(out[0].x, out[0].y, out[0].z);
   d1 = out[1];
   d2 = out[2];

@@ -41,13 +41,15 @@ void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKno
                   int numPoints, const double* weights, int numWeights);
 
 // The point at u (valid form; u outside the range extrapolates the end span's polynomial).
-KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u);
+// `span` (when >= 0) picks the span whose polynomial is evaluated (one side of a knot).
+KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u, int span = -1);
 // The point and derivatives 1..numDeriv at u into out[0..numDeriv] (out[0] is the point as a
 // vector from the origin). Derivatives above the degree are zero for polynomial curves; rational
 // ones follow the quotient rule in Taylor-coefficient form, which needs no binomials.
-void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d* out);
+void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d* out, int span = -1);
 // Point, first and second derivative (the hot path of the solvers).
-void krNurbsPoint2(const KrNurbsForm& form, double u, KrGePoint3d& point, KrGeVector3d& d1, KrGeVector3d& d2);
+void krNurbsPoint2(const KrNurbsForm& form, double u, KrGePoint3d& point, KrGeVector3d& d1, KrGeVector3d& d2,
+                   int span = -1);
 
 // The blossom (polar form) of span s at the `degree` arguments args, homogeneous (4 doubles).
 // With args = (a..a, b..b) it gives the Bezier control points of the piece [a, b] of span s.
