@@ -93,6 +93,21 @@ public:
     return true;
   }
   const KrGeCurve3dImpl& curve() const { return m_curve; }
+  // Where the root pieces are cut: the knots of a NURBS curve inside the range (its smooth
+  // pieces), else evenly.
+  void rootCuts(std::vector<double>& cuts) const {
+    cuts.clear();
+    cuts.push_back(lo);
+    if (m_nurbs) {
+      std::vector<double> breaks;
+      krNurbsBreaks(*m_nurbs, breaks);
+      for (double k : breaks)
+        if (k > lo && k < hi) cuts.push_back(k);
+    } else {
+      for (int i = 1; i < kRootPieces; ++i) cuts.push_back(lo + (hi - lo) * i / kRootPieces);
+    }
+    cuts.push_back(hi);
+  }
 
   double lo = 0.0, hi = 0.0;
   std::vector<Node> nodes;
@@ -149,9 +164,10 @@ bool split(Side& side, int index) {
 bool makeRoots(Side& side) {
   side.nodes.clear();
   if (!(side.lo <= side.hi) || !std::isfinite(side.lo) || !std::isfinite(side.hi)) return false;
-  for (int i = 0; i < kRootPieces; ++i) {
-    Node node{side.lo + (side.hi - side.lo) * i / kRootPieces,
-              i == kRootPieces - 1 ? side.hi : side.lo + (side.hi - side.lo) * (i + 1) / kRootPieces, {}, {}, -1};
+  std::vector<double> cuts;
+  side.rootCuts(cuts);
+  for (std::size_t i = 0; i + 1 < cuts.size(); ++i) {
+    Node node{cuts[i], cuts[i + 1], {}, {}, -1};
     if (!side.box(node.a, node.b, node.low, node.high)) return false;
     side.nodes.push_back(node);
   }
@@ -173,11 +189,19 @@ bool prepare(Side& one, Side& two, const KrGeTol& tol) {
   return makeRoots(one) && makeRoots(two);
 }
 
+// The larger of the two curves' block diagonals.
 double scaleOf(const Side& one, const Side& two) {
   double size = 0.0;
-  for (const Side* side : {&one, &two})
-    for (const Node& node : side->nodes) size = std::max(size, node.size());
-  return size * kRootPieces;
+  for (const Side* side : {&one, &two}) {
+    Node all{0.0, 0.0, {HUGE_VAL, HUGE_VAL, HUGE_VAL}, {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL}, -1};
+    for (const Node& node : side->nodes)
+      for (int c = 0; c < 3; ++c) {
+        all.low[c] = std::min(all.low[c], node.low[c]);
+        all.high[c] = std::max(all.high[c], node.high[c]);
+      }
+    size = std::max(size, all.size());
+  }
+  return size;
 }
 
 struct Best {
@@ -194,7 +218,8 @@ struct Best {
 // Projected Newton on F(s, t) = |R|^2 / 2, R = C1(s) - C2(t) reduced by the metric: a variable at
 // a bound whose gradient points outwards is held; a step that does not lower F is halved; a
 // Hessian that is not positive definite gives a gradient step.
-void newtonClosest(const Side& one, const Side& two, const Metric& metric, double s, double t, Best& best) {
+void newtonClosest(const Side& one, const Side& two, const Metric& metric, double s, double t, double sLo, double sHi,
+                   double tLo, double tHi, Best& best) {
   double value = HUGE_VAL;
   for (int step = 0; step < kNewtonSteps; ++step) {
     KrGePoint3d p, q;
@@ -211,8 +236,8 @@ void newtonClosest(const Side& one, const Side& two, const Metric& metric, doubl
     double hss = a1.dotProduct(a1) + r.dotProduct(metric.reduce(p2));
     double htt = b1.dotProduct(b1) - r.dotProduct(metric.reduce(q2));
     double hst = -a1.dotProduct(b1);
-    const bool holdS = (s <= one.lo && gs > 0.0) || (s >= one.hi && gs < 0.0);
-    const bool holdT = (t <= two.lo && gt > 0.0) || (t >= two.hi && gt < 0.0);
+    const bool holdS = (s <= sLo && gs > 0.0) || (s >= sHi && gs < 0.0);
+    const bool holdT = (t <= tLo && gt > 0.0) || (t >= tHi && gt < 0.0);
     if (holdS) gs = 0.0, hst = 0.0;
     if (holdT) gt = 0.0, hst = 0.0;
     double ds = 0.0, dt = 0.0;
@@ -229,10 +254,10 @@ void newtonClosest(const Side& one, const Side& two, const Metric& metric, doubl
     }
     if (holdS) ds = 0.0;
     if (holdT) dt = 0.0;
-    const double ns = std::max(one.lo, std::min(one.hi, s + ds));
-    const double nt = std::max(two.lo, std::min(two.hi, t + dt));
-    if (std::fabs(ns - s) <= 1e-16 * (std::fabs(s) + (one.hi - one.lo)) &&
-        std::fabs(nt - t) <= 1e-16 * (std::fabs(t) + (two.hi - two.lo)))
+    const double ns = std::max(sLo, std::min(sHi, s + ds));
+    const double nt = std::max(tLo, std::min(tHi, t + dt));
+    if (std::fabs(ns - s) <= 1e-16 * (std::fabs(s) + (sHi - sLo)) &&
+        std::fabs(nt - t) <= 1e-16 * (std::fabs(t) + (tHi - tLo)))
       break;
     s = ns;
     t = nt;
@@ -245,20 +270,30 @@ struct PairItem {
   bool operator<(const PairItem& o) const { return gap > o.gap; }
 };
 
+// The best pair among the root pieces' ends, refined by Newton over the whole ranges.
 void seedFromGrid(const Side& one, const Side& two, const Metric& metric, Best& best) {
-  KrGePoint3d ps[kRootPieces + 1], qs[kRootPieces + 1];
-  double ss[kRootPieces + 1], ts[kRootPieces + 1];
-  for (int i = 0; i <= kRootPieces; ++i) {
-    ss[i] = i == kRootPieces ? one.hi : one.nodes[static_cast<std::size_t>(i)].a;
-    ts[i] = i == kRootPieces ? two.hi : two.nodes[static_cast<std::size_t>(i)].a;
-    ps[i] = one.point(ss[i]);
-    qs[i] = two.point(ts[i]);
-  }
+  std::vector<double> ss, ts;
+  std::vector<KrGePoint3d> qs;
+  for (const Node& node : one.nodes) ss.push_back(node.a);
+  ss.push_back(one.hi);
+  for (const Node& node : two.nodes) ts.push_back(node.a);
+  ts.push_back(two.hi);
+  for (double t : ts) qs.push_back(two.point(t));
   Best grid;
-  for (int i = 0; i <= kRootPieces; ++i)
-    for (int j = 0; j <= kRootPieces; ++j) grid.offer(ss[i], ts[j], metric.reduce(ps[i] - qs[j]).length());
+  for (double s : ss) {
+    const KrGePoint3d p = one.point(s);
+    for (std::size_t j = 0; j < ts.size(); ++j) grid.offer(s, ts[j], metric.reduce(p - qs[j]).length());
+  }
   best.offer(grid.s, grid.t, grid.distance);
-  newtonClosest(one, two, metric, grid.s, grid.t, best);
+  newtonClosest(one, two, metric, grid.s, grid.t, one.lo, one.hi, two.lo, two.hi, best);
+}
+
+// A pair of small pieces: their corner pairs, then Newton held inside both pieces (a minimum at
+// a knot of a NURBS curve sits on a piece boundary, where the held variable keeps it).
+void leafPair(const Side& one, const Side& two, const Metric& metric, const Node& m, const Node& n, Best& best) {
+  for (double s : {m.a, m.b})
+    for (double t : {n.a, n.b}) best.offer(s, t, metric.reduce(one.point(s) - two.point(t)).length());
+  newtonClosest(one, two, metric, 0.5 * (m.a + m.b), 0.5 * (n.a + n.b), m.a, m.b, n.a, n.b, best);
 }
 
 }  // namespace
@@ -298,8 +333,9 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
     }
   }
   std::priority_queue<PairItem> queue;
-  for (int i = 0; i < kRootPieces; ++i)
-    for (int j = 0; j < kRootPieces; ++j)
+  const int roots1 = static_cast<int>(one.nodes.size()), roots2 = static_cast<int>(two.nodes.size());
+  for (int i = 0; i < roots1; ++i)
+    for (int j = 0; j < roots2; ++j)
       queue.push(PairItem{metric.blockGap(one.nodes[static_cast<std::size_t>(i)], two.nodes[static_cast<std::size_t>(j)]), i, j});
   for (int examined = 0; !queue.empty() && examined < kMaxPairs; ++examined) {
     const PairItem item = queue.top();
@@ -308,14 +344,14 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
     const Node m = one.nodes[static_cast<std::size_t>(item.i)];
     const Node n = two.nodes[static_cast<std::size_t>(item.j)];
     if (std::max(m.size(), n.size()) <= leaf) {
-      newtonClosest(one, two, metric, 0.5 * (m.a + m.b), 0.5 * (n.a + n.b), best);
+      leafPair(one, two, metric, m, n, best);
       continue;
     }
     const bool splitFirst = m.size() >= n.size();
     Side& side = splitFirst ? one : two;
     const int index = splitFirst ? item.i : item.j;
     if (!split(side, index)) {
-      newtonClosest(one, two, metric, 0.5 * (m.a + m.b), 0.5 * (n.a + n.b), best);
+      leafPair(one, two, metric, m, n, best);
       continue;
     }
     const int child = side.nodes[static_cast<std::size_t>(index)].child;
@@ -378,8 +414,9 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
   const double gapTol = std::max(tol.equalPoint(), 0.0);
   std::vector<KrGePoint3d> found;
   std::vector<PairItem> stack;
-  for (int i = 0; i < kRootPieces; ++i)
-    for (int j = 0; j < kRootPieces; ++j) stack.push_back(PairItem{0.0, i, j});
+  const int roots1 = static_cast<int>(one.nodes.size()), roots2 = static_cast<int>(two.nodes.size());
+  for (int i = 0; i < roots1; ++i)
+    for (int j = 0; j < roots2; ++j) stack.push_back(PairItem{0.0, i, j});
   for (int examined = 0; !stack.empty() && examined < kMaxPairs; ++examined) {
     const PairItem item = stack.back();
     stack.pop_back();

@@ -233,7 +233,7 @@ void krNurbsPieceHull(const KrNurbsForm& form, double a, double b, KrGePoint3d& 
   high = KrGePoint3d(-inf, -inf, -inf);
   const int first = form.spanOf(a);
   const int last = form.spanOf(b);
-  double args[kKrNurbsMaxDegree];
+  double args[kKrNurbsMaxDegree] = {};
   for (int s = first; s <= last && s <= form.count - 1; ++s) {
     if (k[s] >= k[s + 1] && s != first) continue;
     const double lo = std::max(a, k[s]), hi = std::min(b, k[s + 1]);

@@ -161,7 +161,7 @@ void krNurbsExactBox(const KrNurbsForm& form, double a, double b, double slack, 
   const int p = form.degree;
   const int first = form.spanOf(a), last = form.spanOf(b);
   const double* k = form.knots.data();
-  double args[kKrNurbsMaxDegree];
+  double args[kKrNurbsMaxDegree] = {};
   for (int s = first; s <= last; ++s) {
     const double from = s == first ? a : std::max(a, k[s]);
     const double to = s == last ? b : std::min(b, k[s + 1]);
