@@ -23,13 +23,49 @@ struct Node {
   double a, b;
   double low[3], high[3];
   int child;
+  KrGePoint3d p0, p1;  // the piece's end points: its chord
+  double dev;          // every point of the piece lies within dev of the chord segment
+  bool leafy;          // small or nearly straight: refined by Newton rather than halved
   double size() const {
     const double dx = high[0] - low[0], dy = high[1] - low[1], dz = high[2] - low[2];
     return std::sqrt(dx * dx + dy * dy + dz * dz);
   }
 };
 
-// One curve of the pair over its working range, with the cheap paths of NURBS curves.
+constexpr double kFlatShare = 0.05;
+
+double segmentDistance(const KrGeVector3d& p0, const KrGeVector3d& p1, const KrGeVector3d& q0, const KrGeVector3d& q1) {
+  // Closest points of two segments: minimise over the clamped parameters (s, t) of p0 + s d1 and
+  // q0 + t d2, clamping one and re-solving the other.
+  const KrGeVector3d d1 = p1 - p0, d2 = q1 - q0, r = p0 - q0;
+  const double a = d1.dotProduct(d1), e = d2.dotProduct(d2), f = d2.dotProduct(r);
+  double sParam = 0.0, tParam = 0.0;
+  if (a <= 0.0 && e <= 0.0) return r.length();
+  if (a <= 0.0) {
+    tParam = std::max(0.0, std::min(1.0, f / e));
+  } else {
+    const double c = d1.dotProduct(r);
+    if (e <= 0.0) {
+      sParam = std::max(0.0, std::min(1.0, -c / a));
+    } else {
+      const double b = d1.dotProduct(d2), denom = a * e - b * b;
+      sParam = denom > 0.0 ? std::max(0.0, std::min(1.0, (b * f - c * e) / denom)) : 0.0;
+      tParam = (b * sParam + f) / e;
+      if (tParam < 0.0) {
+        tParam = 0.0;
+        sParam = std::max(0.0, std::min(1.0, -c / a));
+      } else if (tParam > 1.0) {
+        tParam = 1.0;
+        sParam = std::max(0.0, std::min(1.0, (b - c) / a));
+      }
+    }
+  }
+  return (r + sParam * d1 - tParam * d2).length();
+}
+
+// One curve of the pair over its working range, with the cheap paths of NURBS curves: their
+// pieces carry Bezier control points (halved by de Casteljau), which give tight blocks, chords
+// and flatness.
 class Side {
 public:
   Side(const KrGeCurve3dImpl& curve, const KrGeInterval* range) : m_curve(curve) {
@@ -62,6 +98,16 @@ public:
     if (!m_boundedLo) lo = from - margin;
     if (!m_boundedHi) hi = to + margin;
   }
+  // The whole side's block.
+  bool wholeBox(double* low, double* high) const {
+    if (m_nurbs) {
+      KrGePoint3d l, h;
+      krNurbsPieceHull(*m_nurbs, lo, hi, l, h);
+      for (int c = 0; c < 3; ++c) low[c] = l[static_cast<unsigned>(c)], high[c] = h[static_cast<unsigned>(c)];
+      return true;
+    }
+    return genericBox(lo, hi, low, high);
+  }
 
   KrGePoint3d point(double t) const {
     if (m_nurbs) return krNurbsPoint(*m_nurbs, t);
@@ -76,46 +122,153 @@ public:
     d1 = m_derivs[0];
     d2 = m_derivs[1];
   }
-  bool box(double a, double b, double* low, double* high) const {
-    KrGePoint3d l, h;
+  const KrGeCurve3dImpl& curve() const { return m_curve; }
+
+  // The root pieces: the knot spans of a NURBS curve inside the range, else eight even ones.
+  bool makeRoots(double leaf) {
+    nodes.clear();
+    m_bezier.clear();
+    m_leaf = leaf;
+    if (!(lo <= hi) || !std::isfinite(lo) || !std::isfinite(hi)) return false;
     if (m_nurbs) {
-      krNurbsPieceHull(*m_nurbs, a, b, l, h);
-    } else {
-      const KrGeBoundBlock3d block = m_curve.orthoBoundBlock(KrGeInterval(a, b));
-      if (block.isEmpty()) return false;
-      block.getMinMaxPoints(l, h);
+      const KrNurbsForm& form = *m_nurbs;
+      const int first = form.spanOf(lo), last = form.spanOf(hi);
+      double args[kKrNurbsMaxDegree] = {};
+      for (int s = first; s <= last; ++s) {
+        const double from = std::max(lo, form.knots[s]), to = std::min(hi, form.knots[s + 1]);
+        if (!(from < to) && !(s == first && lo == hi)) continue;
+        const std::size_t at = m_bezier.size();
+        m_bezier.resize(at + static_cast<std::size_t>(form.bezierStride()));
+        if (from == form.knots[s] && to == form.knots[s + 1]) {
+          std::copy(form.bezierOf(s), form.bezierOf(s) + form.bezierStride(), m_bezier.begin() + static_cast<long>(at));
+        } else {
+          for (int j = 0; j <= form.degree; ++j) {
+            for (int i = 0; i < form.degree; ++i) args[i] = i < form.degree - j ? from : to;
+            krNurbsBlossom(form, s, args, &m_bezier[at + 4 * static_cast<std::size_t>(j)]);
+          }
+        }
+        nodes.push_back(bezierNode(from, to, nodes.size()));
+      }
+      return !nodes.empty();
     }
-    for (int c = 0; c < 3; ++c) {
-      low[c] = std::min(l[c], h[c]);
-      high[c] = std::max(l[c], h[c]);
-      if (!std::isfinite(low[c]) || !std::isfinite(high[c])) return false;
+    for (int i = 0; i < kRootPieces; ++i) {
+      Node node;
+      if (!genericNode(lo + (hi - lo) * i / kRootPieces, i == kRootPieces - 1 ? hi : lo + (hi - lo) * (i + 1) / kRootPieces,
+                       node))
+        return false;
+      nodes.push_back(node);
     }
     return true;
   }
-  const KrGeCurve3dImpl& curve() const { return m_curve; }
-  // Where the root pieces are cut: the knots of a NURBS curve inside the range (its smooth
-  // pieces), else evenly.
-  void rootCuts(std::vector<double>& cuts) const {
-    cuts.clear();
-    cuts.push_back(lo);
+
+  // Halves node `index` (once); false when it cannot be halved.
+  bool split(int index) {
+    const std::size_t at = static_cast<std::size_t>(index);
+    if (nodes[at].child >= 0) return true;
+    const double a = nodes[at].a, b = nodes[at].b, mid = 0.5 * (a + b);
+    if (!(mid > a && mid < b)) return false;
     if (m_nurbs) {
-      std::vector<double> breaks;
-      krNurbsBreaks(*m_nurbs, breaks);
-      for (double k : breaks)
-        if (k > lo && k < hi) cuts.push_back(k);
-    } else {
-      for (int i = 1; i < kRootPieces; ++i) cuts.push_back(lo + (hi - lo) * i / kRootPieces);
+      const int p = m_nurbs->degree;
+      const std::size_t stride = static_cast<std::size_t>(m_nurbs->bezierStride());
+      const std::size_t first = m_bezier.size();
+      m_bezier.resize(first + 2 * stride);
+      double* left = &m_bezier[first];
+      double* right = left + stride;
+      const double* source = &m_bezier[stride * at];
+      double work[(kKrNurbsMaxDegree + 1) * 4];
+      std::copy(source, source + stride, work);
+      for (int c = 0; c < 4; ++c) {
+        left[c] = work[c];
+        right[4 * p + c] = work[4 * p + c];
+      }
+      for (int r = 1; r <= p; ++r) {
+        for (int j = 0; j <= p - r; ++j)
+          for (int c = 0; c < 4; ++c) work[4 * j + c] = 0.5 * (work[4 * j + c] + work[4 * (j + 1) + c]);
+        for (int c = 0; c < 4; ++c) {
+          left[4 * r + c] = work[c];
+          right[4 * (p - r) + c] = work[4 * (p - r) + c];
+        }
+      }
+      nodes[at].child = static_cast<int>(nodes.size());
+      const std::size_t count = nodes.size();
+      nodes.push_back(bezierNode(a, mid, count));
+      nodes.push_back(bezierNode(mid, b, count + 1));
+      return true;
     }
-    cuts.push_back(hi);
+    Node left, right;
+    if (!genericNode(a, mid, left) || !genericNode(mid, b, right)) return false;
+    nodes[at].child = static_cast<int>(nodes.size());
+    nodes.push_back(left);
+    nodes.push_back(right);
+    return true;
   }
 
   double lo = 0.0, hi = 0.0;
   std::vector<Node> nodes;
 
 private:
+  bool genericBox(double a, double b, double* low, double* high) const {
+    const KrGeBoundBlock3d block = m_curve.orthoBoundBlock(KrGeInterval(a, b));
+    if (block.isEmpty()) return false;
+    KrGePoint3d l, h;
+    block.getMinMaxPoints(l, h);
+    for (unsigned c = 0; c < 3; ++c) {
+      low[c] = std::min(l[c], h[c]);
+      high[c] = std::max(l[c], h[c]);
+      if (!std::isfinite(low[c]) || !std::isfinite(high[c])) return false;
+    }
+    return true;
+  }
+  bool genericNode(double a, double b, Node& node) const {
+    node.a = a;
+    node.b = b;
+    node.child = -1;
+    if (!genericBox(a, b, node.low, node.high)) return false;
+    node.p0 = point(a);
+    node.p1 = point(b);
+    node.dev = node.size();
+    node.leafy = node.size() <= m_leaf;
+    return true;
+  }
+  // The node of the Bezier points stored at slot `slot`.
+  Node bezierNode(double a, double b, std::size_t slot) const {
+    const int p = m_nurbs->degree;
+    const double* h = &m_bezier[slot * static_cast<std::size_t>(m_nurbs->bezierStride())];
+    Node node;
+    node.a = a;
+    node.b = b;
+    node.child = -1;
+    KrGePoint3d pts[kKrNurbsMaxDegree + 1];
+    for (int c = 0; c < 3; ++c) node.low[c] = HUGE_VAL, node.high[c] = -HUGE_VAL;
+    for (int j = 0; j <= p; ++j) {
+      const double w = h[4 * j + 3];
+      pts[j] = KrGePoint3d(h[4 * j] / w, h[4 * j + 1] / w, h[4 * j + 2] / w);
+      for (int c = 0; c < 3; ++c) {
+        node.low[c] = std::min(node.low[c], pts[j][static_cast<unsigned>(c)]);
+        node.high[c] = std::max(node.high[c], pts[j][static_cast<unsigned>(c)]);
+      }
+    }
+    node.p0 = pts[0];
+    node.p1 = pts[p];
+    const KrGeVector3d chord = pts[p] - pts[0];
+    double dev = 0.0, previous = 0.0;
+    bool forward = true;
+    for (int j = 1; j < p; ++j) {
+      dev = std::max(dev, segmentDistance(pts[j].asVector(), pts[j].asVector(), pts[0].asVector(), pts[p].asVector()));
+      const double along = (pts[j] - pts[0]).dotProduct(chord);
+      forward = forward && along >= previous;
+      previous = along;
+    }
+    node.dev = dev;
+    node.leafy = (forward && dev <= kFlatShare * chord.length()) || node.size() <= m_leaf;
+    return node;
+  }
+
   const KrGeCurve3dImpl& m_curve;
   const KrNurbsForm* m_nurbs = nullptr;
   bool m_boundedLo = false, m_boundedHi = false;
+  double m_leaf = 0.0;
+  std::vector<double> m_bezier;  // per node, for NURBS sides
   mutable KrsArray<KrGeVector3d> m_derivs;
 };
 
@@ -146,62 +299,40 @@ struct Metric {
     }
     return std::sqrt(sum);
   }
+  // A lower bound of the distance between two pieces: the block gap, or the chords' distance
+  // less both deviations (the reduction is a projection, so it keeps both bounds).
+  double pairGap(const Node& m, const Node& n) const {
+    const double chords = segmentDistance(reduce(m.p0.asVector()), reduce(m.p1.asVector()), reduce(n.p0.asVector()),
+                                          reduce(n.p1.asVector())) -
+                          m.dev - n.dev;
+    return std::max(blockGap(m, n), chords);
+  }
 };
 
-bool split(Side& side, int index) {
-  if (side.nodes[static_cast<std::size_t>(index)].child >= 0) return true;
-  const double a = side.nodes[static_cast<std::size_t>(index)].a, b = side.nodes[static_cast<std::size_t>(index)].b;
-  const double mid = 0.5 * (a + b);
-  if (!(mid > a && mid < b)) return false;
-  Node left{a, mid, {}, {}, -1}, right{mid, b, {}, {}, -1};
-  if (!side.box(a, mid, left.low, left.high) || !side.box(mid, b, right.low, right.high)) return false;
-  side.nodes[static_cast<std::size_t>(index)].child = static_cast<int>(side.nodes.size());
-  side.nodes.push_back(left);
-  side.nodes.push_back(right);
-  return true;
-}
-
-bool makeRoots(Side& side) {
-  side.nodes.clear();
-  if (!(side.lo <= side.hi) || !std::isfinite(side.lo) || !std::isfinite(side.hi)) return false;
-  std::vector<double> cuts;
-  side.rootCuts(cuts);
-  for (std::size_t i = 0; i + 1 < cuts.size(); ++i) {
-    Node node{cuts[i], cuts[i + 1], {}, {}, -1};
-    if (!side.box(node.a, node.b, node.low, node.high)) return false;
-    side.nodes.push_back(node);
-  }
-  return true;
-}
-
-// Both sides bounded, open ones cut to what faces the other; false when that is impossible.
-bool prepare(Side& one, Side& two, const KrGeTol& tol) {
+// Both sides bounded, open ones cut to what faces the other, and their root pieces made;
+// `scale` receives the larger block diagonal. False when that is impossible.
+bool prepare(Side& one, Side& two, const KrGeTol& tol, double& scale) {
   if (!one.bounded() && !two.bounded()) return false;
-  Side* open[2] = {&one, &two};
-  for (int i = 0; i < 2; ++i) {
-    Side& side = *open[i];
-    Side& other = *open[1 - i];
-    if (side.bounded()) continue;
-    double low[3], high[3];
-    if (!other.box(other.lo, other.hi, low, high)) return false;
-    side.clipTo(low, high, tol);
-  }
-  return makeRoots(one) && makeRoots(two);
-}
-
-// The larger of the two curves' block diagonals.
-double scaleOf(const Side& one, const Side& two) {
+  Side* sides[2] = {&one, &two};
   double size = 0.0;
-  for (const Side* side : {&one, &two}) {
-    Node all{0.0, 0.0, {HUGE_VAL, HUGE_VAL, HUGE_VAL}, {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL}, -1};
-    for (const Node& node : side->nodes)
-      for (int c = 0; c < 3; ++c) {
-        all.low[c] = std::min(all.low[c], node.low[c]);
-        all.high[c] = std::max(all.high[c], node.high[c]);
-      }
-    size = std::max(size, all.size());
+  for (int i = 0; i < 2; ++i) {
+    Side& side = *sides[i];
+    Side& other = *sides[1 - i];
+    double low[3], high[3];
+    if (side.bounded()) {
+      if (!side.wholeBox(low, high)) return false;
+    } else {
+      if (!other.bounded() || !other.wholeBox(low, high)) return false;
+      side.clipTo(low, high, tol);
+      if (!side.wholeBox(low, high)) return false;
+    }
+    double d2 = 0.0;
+    for (int c = 0; c < 3; ++c) d2 += (high[c] - low[c]) * (high[c] - low[c]);
+    size = std::max(size, std::sqrt(d2));
   }
-  return size;
+  scale = size;
+  const double leaf = kLeafShare * size;
+  return one.makeRoots(leaf) && two.makeRoots(leaf);
 }
 
 struct Best {
@@ -215,52 +346,79 @@ struct Best {
   }
 };
 
-// Projected Newton on F(s, t) = |R|^2 / 2, R = C1(s) - C2(t) reduced by the metric: a variable at
-// a bound whose gradient points outwards is held; a step that does not lower F is halved; a
-// Hessian that is not positive definite gives a gradient step.
+// Projected Newton on F(s, t) = |R|^2 / 2, R = C1(s) - C2(t) reduced by the metric, inside
+// [sLo, sHi] x [tLo, tHi]: a variable at a bound whose gradient points outwards is held; a
+// Hessian that is not positive definite gives a gradient step; a step that does not lower F is
+// halved (backtracking), so F decreases monotonically.
+struct PairState {
+  double s, t, f;
+  KrGeVector3d r, a1, a2, b1, b2;
+};
+
+void evaluate(const Side& one, const Side& two, const Metric& metric, double s, double t, PairState& state) {
+  KrGePoint3d p, q;
+  KrGeVector3d p1, p2, q1, q2;
+  one.eval2(s, p, p1, p2);
+  two.eval2(t, q, q1, q2);
+  state.s = s;
+  state.t = t;
+  state.r = metric.reduce(p - q);
+  state.f = 0.5 * state.r.dotProduct(state.r);
+  state.a1 = metric.reduce(p1);
+  state.a2 = metric.reduce(p2);
+  state.b1 = metric.reduce(q1);
+  state.b2 = metric.reduce(q2);
+}
+
 void newtonClosest(const Side& one, const Side& two, const Metric& metric, double s, double t, double sLo, double sHi,
                    double tLo, double tHi, Best& best) {
-  double value = HUGE_VAL;
+  PairState state;
+  evaluate(one, two, metric, s, t, state);
+  if (!std::isfinite(state.f)) return;
+  best.offer(s, t, std::sqrt(2.0 * state.f));
   for (int step = 0; step < kNewtonSteps; ++step) {
-    KrGePoint3d p, q;
-    KrGeVector3d p1, p2, q1, q2;
-    one.eval2(s, p, p1, p2);
-    two.eval2(t, q, q1, q2);
-    const KrGeVector3d r = metric.reduce(p - q);
-    const double f = 0.5 * r.dotProduct(r);
-    best.offer(s, t, std::sqrt(2.0 * f));
-    if (!(f < value)) break;
-    value = f;
-    const KrGeVector3d a1 = metric.reduce(p1), b1 = metric.reduce(q1);
-    double gs = r.dotProduct(a1), gt = -r.dotProduct(b1);
-    double hss = a1.dotProduct(a1) + r.dotProduct(metric.reduce(p2));
-    double htt = b1.dotProduct(b1) - r.dotProduct(metric.reduce(q2));
-    double hst = -a1.dotProduct(b1);
-    const bool holdS = (s <= sLo && gs > 0.0) || (s >= sHi && gs < 0.0);
-    const bool holdT = (t <= tLo && gt > 0.0) || (t >= tHi && gt < 0.0);
+    const KrGeVector3d& r = state.r;
+    double gs = r.dotProduct(state.a1), gt = -r.dotProduct(state.b1);
+    const double hss = state.a1.dotProduct(state.a1) + r.dotProduct(state.a2);
+    const double htt = state.b1.dotProduct(state.b1) - r.dotProduct(state.b2);
+    double hst = -state.a1.dotProduct(state.b1);
+    const bool holdS = (state.s <= sLo && gs > 0.0) || (state.s >= sHi && gs < 0.0);
+    const bool holdT = (state.t <= tLo && gt > 0.0) || (state.t >= tHi && gt < 0.0);
     if (holdS) gs = 0.0, hst = 0.0;
     if (holdT) gt = 0.0, hst = 0.0;
     double ds = 0.0, dt = 0.0;
     const double det = hss * htt - hst * hst;
-    if (hss > 0.0 && htt > 0.0 && det > 1e-300) {
+    if (!holdS && !holdT && hss > 0.0 && htt > 0.0 && det > 1e-300) {
       ds = -(htt * gs - hst * gt) / det;
       dt = -(hss * gt - hst * gs) / det;
+    } else if (holdS && !holdT && htt > 0.0) {
+      dt = -gt / htt;
+    } else if (holdT && !holdS && hss > 0.0) {
+      ds = -gs / hss;
     } else {
       const double g2 = gs * gs + gt * gt;
-      if (!(g2 > 0.0)) break;
-      const double scale = f / g2;
-      ds = -gs * scale;
-      dt = -gt * scale;
+      if (!(g2 > 0.0)) return;
+      ds = -gs * (state.f / g2);
+      dt = -gt * (state.f / g2);
     }
-    if (holdS) ds = 0.0;
-    if (holdT) dt = 0.0;
-    const double ns = std::max(sLo, std::min(sHi, s + ds));
-    const double nt = std::max(tLo, std::min(tHi, t + dt));
-    if (std::fabs(ns - s) <= 1e-16 * (std::fabs(s) + (sHi - sLo)) &&
-        std::fabs(nt - t) <= 1e-16 * (std::fabs(t) + (tHi - tLo)))
-      break;
-    s = ns;
-    t = nt;
+    bool accepted = false;
+    PairState next;
+    for (double lambda = 1.0; lambda > 1e-12; lambda *= 0.5) {
+      const double ns = std::max(sLo, std::min(sHi, state.s + lambda * ds));
+      const double nt = std::max(tLo, std::min(tHi, state.t + lambda * dt));
+      if (ns == state.s && nt == state.t) break;
+      evaluate(one, two, metric, ns, nt, next);
+      if (next.f < state.f) {
+        accepted = true;
+        break;
+      }
+    }
+    if (!accepted) return;
+    const bool still = std::fabs(next.s - state.s) <= 1e-15 * (std::fabs(state.s) + (sHi - sLo)) &&
+                       std::fabs(next.t - state.t) <= 1e-15 * (std::fabs(state.t) + (tHi - tLo));
+    state = next;
+    best.offer(state.s, state.t, std::sqrt(2.0 * state.f));
+    if (still) return;
   }
 }
 
@@ -303,7 +461,8 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
                             const KrGeVector3d* direction, const KrGeTol& tol, double& paramFirst,
                             double& paramSecond) {
   Side one(first, rangeFirst), two(second, rangeSecond);
-  if (!prepare(one, two, tol)) return false;
+  double scale = 0.0;
+  if (!prepare(one, two, tol, scale)) return false;
   Metric metric;
   if (direction) {
     KrGeVector3d n = *direction;
@@ -313,7 +472,6 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
     metric.axes[0] = n.perpVector();
     metric.axes[1] = n.crossProduct(metric.axes[0]).normalize();
   }
-  const double leaf = kLeafShare * scaleOf(one, two);
   const double slack = std::max(tol.equalPoint(), 0.0);
   Best best;
   seedFromGrid(one, two, metric, best);
@@ -336,28 +494,28 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
   const int roots1 = static_cast<int>(one.nodes.size()), roots2 = static_cast<int>(two.nodes.size());
   for (int i = 0; i < roots1; ++i)
     for (int j = 0; j < roots2; ++j)
-      queue.push(PairItem{metric.blockGap(one.nodes[static_cast<std::size_t>(i)], two.nodes[static_cast<std::size_t>(j)]), i, j});
+      queue.push(PairItem{metric.pairGap(one.nodes[static_cast<std::size_t>(i)], two.nodes[static_cast<std::size_t>(j)]), i, j});
   for (int examined = 0; !queue.empty() && examined < kMaxPairs; ++examined) {
     const PairItem item = queue.top();
     queue.pop();
     if (item.gap >= best.distance - slack) break;
     const Node m = one.nodes[static_cast<std::size_t>(item.i)];
     const Node n = two.nodes[static_cast<std::size_t>(item.j)];
-    if (std::max(m.size(), n.size()) <= leaf) {
+    if (m.leafy && n.leafy) {
       leafPair(one, two, metric, m, n, best);
       continue;
     }
-    const bool splitFirst = m.size() >= n.size();
+    const bool splitFirst = n.leafy || (!m.leafy && m.size() >= n.size());
     Side& side = splitFirst ? one : two;
     const int index = splitFirst ? item.i : item.j;
-    if (!split(side, index)) {
+    if (!side.split(index)) {
       leafPair(one, two, metric, m, n, best);
       continue;
     }
     const int child = side.nodes[static_cast<std::size_t>(index)].child;
     for (int c = child; c < child + 2; ++c) {
       const Node& piece = side.nodes[static_cast<std::size_t>(c)];
-      const double gap = splitFirst ? metric.blockGap(piece, n) : metric.blockGap(m, piece);
+      const double gap = splitFirst ? metric.pairGap(piece, n) : metric.pairGap(m, piece);
       if (gap < best.distance - slack) queue.push(PairItem{gap, splitFirst ? c : item.i, splitFirst ? item.j : c});
     }
   }
@@ -407,10 +565,9 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
   paramsFirst.RemoveAll();
   paramsSecond.RemoveAll();
   Side one(first, rangeFirst), two(second, rangeSecond);
-  if (!prepare(one, two, tol)) return 0;
+  double scale = 0.0;
+  if (!prepare(one, two, tol, scale)) return 0;
   const Metric metric;
-  const double scale = scaleOf(one, two);
-  const double leaf = kLeafShare * scale;
   const double gapTol = std::max(tol.equalPoint(), 0.0);
   std::vector<KrGePoint3d> found;
   std::vector<PairItem> stack;
@@ -422,12 +579,12 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
     stack.pop_back();
     const Node m = one.nodes[static_cast<std::size_t>(item.i)];
     const Node n = two.nodes[static_cast<std::size_t>(item.j)];
-    if (metric.blockGap(m, n) > gapTol) continue;
-    const bool small = std::max(m.size(), n.size()) <= leaf;
-    const bool splitFirst = m.size() >= n.size();
+    if (metric.pairGap(m, n) > gapTol) continue;
+    const bool small = m.leafy && n.leafy;
+    const bool splitFirst = n.leafy || (!m.leafy && m.size() >= n.size());
     Side& side = splitFirst ? one : two;
     const int index = splitFirst ? item.i : item.j;
-    if (!small && split(side, index)) {
+    if (!small && side.split(index)) {
       const int child = side.nodes[static_cast<std::size_t>(index)].child;
       for (int c = child + 1; c >= child; --c) stack.push_back(PairItem{0.0, splitFirst ? c : item.i, splitFirst ? item.j : c});
       continue;

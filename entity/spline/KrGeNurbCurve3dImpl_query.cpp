@@ -57,6 +57,7 @@ KrGePoint3d KrGeNurbCurve3dImpl::projClosestPointTo(const KrGePoint3d& point, co
     h[1] = q.y * h[3];
     h[2] = q.z * h[3];
   }
+  krNurbsPrepare(flat);
   return krNurbsPoint(m_form, krNurbsNearestParam(flat, point, flat.startParam(), flat.endParam(), nullptr));
 }
 

@@ -15,22 +15,14 @@ struct Piece {
   int span;
 };
 
-// Squared distance from the point to the axis-aligned box of the span's control points: the
-// span lies in their convex hull (positive weights), so this bounds its distance from below.
+// Squared distance from the point to the box of the span's Bezier control points, which holds
+// the span (positive weights): a lower bound of its distance.
 double hullDistance2(const KrNurbsForm& form, int span, const KrGePoint3d& point) {
-  double low[3] = {HUGE_VAL, HUGE_VAL, HUGE_VAL}, high[3] = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
-  for (int i = span - form.degree; i <= span; ++i) {
-    const double* h = &form.hw[4 * static_cast<std::size_t>(i)];
-    for (int c = 0; c < 3; ++c) {
-      const double v = h[c] / h[3];
-      low[c] = std::min(low[c], v);
-      high[c] = std::max(high[c], v);
-    }
-  }
+  const double* box = form.boxOf(span);
   const double q[3] = {point.x, point.y, point.z};
   double sum = 0.0;
   for (int c = 0; c < 3; ++c) {
-    const double gap = q[c] < low[c] ? low[c] - q[c] : (q[c] > high[c] ? q[c] - high[c] : 0.0);
+    const double gap = q[c] < box[c] ? box[c] - q[c] : (q[c] > box[3 + c] ? q[c] - box[3 + c] : 0.0);
     sum += gap * gap;
   }
   return sum;
@@ -115,9 +107,15 @@ void searchSpan(const KrNurbsForm& form, int span, double from, double to, const
   Bezier& first = stack[top];
   first.a = from;
   first.b = to;
-  for (int j = 0; j <= p; ++j) {
-    for (int i = 0; i < p; ++i) args[i] = i < p - j ? from : to;
-    krNurbsBlossom(form, span, args, first.h[j]);
+  if (from == form.knots[span] && to == form.knots[span + 1]) {
+    const double* bez = form.bezierOf(span);
+    for (int j = 0; j <= p; ++j)
+      for (int c = 0; c < 4; ++c) first.h[j][c] = bez[4 * j + c];
+  } else {
+    for (int j = 0; j <= p; ++j) {
+      for (int i = 0; i < p; ++i) args[i] = i < p - j ? from : to;
+      krNurbsBlossom(form, span, args, first.h[j]);
+    }
   }
   depths[top++] = 0;
   const double q[3] = {point.x, point.y, point.z};

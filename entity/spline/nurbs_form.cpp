@@ -77,6 +77,128 @@ void dersBasisFuns(const double* k, int s, int p, double u, int n, double ders[]
   }
 }
 
+// Compile-time-degree versions of the hot paths (degrees 1 to 5): the same schemes, unrolled.
+template <int P>
+inline KrGePoint3d pointT(const KrNurbsForm& form, int s, double u) {
+  double N[P + 1];
+  basisFuns(form.knots.data(), s, P, u, N);
+  const double* h = &form.hw[4 * static_cast<std::size_t>(s - P)];
+  double x = 0.0, y = 0.0, z = 0.0, w = 0.0;
+  for (int j = 0; j <= P; ++j, h += 4) {
+    x += N[j] * h[0];
+    y += N[j] * h[1];
+    z += N[j] * h[2];
+    w += N[j] * h[3];
+  }
+  if (!form.rational) return KrGePoint3d(x, y, z);
+  const double inv = 1.0 / w;
+  return KrGePoint3d(x * inv, y * inv, z * inv);
+}
+
+// Point and first derivative: the basis of degree P - 1 is the second-to-last row of the
+// triangle, and N'_{i,P} = P (N_{i,P-1} / (t[i+P] - t[i]) - N_{i+1,P-1} / (t[i+P+1] - t[i+1])).
+template <int P>
+inline void firstT(const KrNurbsForm& form, int s, double u, KrGeVector3d* out) {
+  const double* k = form.knots.data();
+  double left[P + 1], right[P + 1], N[P + 1], lower[P + 1];
+  N[0] = 1.0;
+  lower[0] = 1.0;
+  for (int j = 1; j <= P; ++j) {
+    if (j == P)
+      for (int r = 0; r < P; ++r) lower[r] = N[r];
+    left[j] = u - k[s + 1 - j];
+    right[j] = k[s + j] - u;
+    double saved = 0.0;
+    for (int r = 0; r < j; ++r) {
+      const double temp = N[r] / (right[r + 1] + left[j - r]);
+      N[r] = saved + right[r + 1] * temp;
+      saved = left[j - r] * temp;
+    }
+    N[j] = saved;
+  }
+  double a[4] = {0.0, 0.0, 0.0, 0.0}, b[4] = {0.0, 0.0, 0.0, 0.0};
+  const double* h = &form.hw[4 * static_cast<std::size_t>(s - P)];
+  for (int r = 0; r <= P; ++r, h += 4) {
+    const int i = s - P + r;
+    const double up = r > 0 ? lower[r - 1] / (k[i + P] - k[i]) : 0.0;
+    const double down = r < P ? lower[r] / (k[i + P + 1] - k[i + 1]) : 0.0;
+    const double d = P * (up - down);
+    for (int c = 0; c < 4; ++c) {
+      a[c] += N[r] * h[c];
+      b[c] += d * h[c];
+    }
+  }
+  if (!form.rational) {
+    out[0] = KrGeVector3d(a[0], a[1], a[2]);
+    out[1] = KrGeVector3d(b[0], b[1], b[2]);
+    return;
+  }
+  const double inv = 1.0 / a[3];
+  const double x = a[0] * inv, y = a[1] * inv, z = a[2] * inv;
+  out[0] = KrGeVector3d(x, y, z);
+  out[1] = KrGeVector3d((b[0] - x * b[3]) * inv, (b[1] - y * b[3]) * inv, (b[2] - z * b[3]) * inv);
+}
+
+// Point and two derivatives (P >= 2): rows P - 2 and P - 1 of the triangle give N'_{., P-1},
+// then N'' of row P by the same difference rule one level up.
+template <int P>
+inline void secondT(const KrNurbsForm& form, int s, double u, KrGeVector3d* out) {
+  const double* k = form.knots.data();
+  double left[P + 1], right[P + 1], N[P + 1], row1[P + 1], row2[P + 1];
+  N[0] = 1.0;
+  for (int j = 1; j <= P; ++j) {
+    if (j == P - 1)
+      for (int r = 0; r < P - 1; ++r) row2[r] = N[r];
+    if (j == P)
+      for (int r = 0; r < P; ++r) row1[r] = N[r];
+    left[j] = u - k[s + 1 - j];
+    right[j] = k[s + j] - u;
+    double saved = 0.0;
+    for (int r = 0; r < j; ++r) {
+      const double temp = N[r] / (right[r + 1] + left[j - r]);
+      N[r] = saved + right[r + 1] * temp;
+      saved = left[j - r] * temp;
+    }
+    N[j] = saved;
+  }
+  if (P == 1) row2[0] = 1.0;
+  // N'_{i,P-1} for i = s - P + 1 + r.
+  double d1Row[P + 1];
+  for (int r = 0; r < P; ++r) {
+    const int i = s - P + 1 + r;
+    const double up = r > 0 ? row2[r - 1] / (k[i + P - 1] - k[i]) : 0.0;
+    const double down = r < P - 1 ? row2[r] / (k[i + P] - k[i + 1]) : 0.0;
+    d1Row[r] = (P - 1) * (up - down);
+  }
+  double a[4] = {0.0, 0.0, 0.0, 0.0}, b[4] = {0.0, 0.0, 0.0, 0.0}, c2[4] = {0.0, 0.0, 0.0, 0.0};
+  const double* h = &form.hw[4 * static_cast<std::size_t>(s - P)];
+  for (int r = 0; r <= P; ++r, h += 4) {
+    const int i = s - P + r;
+    const double left1 = r > 0 ? 1.0 / (k[i + P] - k[i]) : 0.0;
+    const double right1 = r < P ? 1.0 / (k[i + P + 1] - k[i + 1]) : 0.0;
+    const double d = P * ((r > 0 ? row1[r - 1] : 0.0) * left1 - (r < P ? row1[r] : 0.0) * right1);
+    const double dd = P * ((r > 0 ? d1Row[r - 1] : 0.0) * left1 - (r < P ? d1Row[r] : 0.0) * right1);
+    for (int c = 0; c < 4; ++c) {
+      a[c] += N[r] * h[c];
+      b[c] += d * h[c];
+      c2[c] += dd * h[c];
+    }
+  }
+  if (!form.rational) {
+    out[0] = KrGeVector3d(a[0], a[1], a[2]);
+    out[1] = KrGeVector3d(b[0], b[1], b[2]);
+    out[2] = KrGeVector3d(c2[0], c2[1], c2[2]);
+    return;
+  }
+  // C = A / w, C' = (A' - w' C) / w, C'' = (A'' - 2 w' C' - w'' C) / w.
+  const double inv = 1.0 / a[3];
+  const KrGeVector3d point(a[0] * inv, a[1] * inv, a[2] * inv);
+  const KrGeVector3d first = (KrGeVector3d(b[0], b[1], b[2]) - b[3] * point) * inv;
+  out[0] = point;
+  out[1] = first;
+  out[2] = (KrGeVector3d(c2[0], c2[1], c2[2]) - 2.0 * b[3] * first - c2[3] * point) * inv;
+}
+
 bool finite(const KrGePoint3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
 
 }  // namespace
@@ -131,11 +253,47 @@ void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKno
     h[3] = w;
   }
   form.valid = true;
+  krNurbsPrepare(form);
+}
+
+void krNurbsPrepare(KrNurbsForm& form) {
+  const int p = form.degree;
+  const int spans = form.count - p;
+  form.bezier.assign(static_cast<std::size_t>(form.bezierStride()) * spans, 0.0);
+  form.spanBox.assign(6 * static_cast<std::size_t>(spans), 0.0);
+  double args[kKrNurbsMaxDegree] = {};
+  for (int s = p; s < form.count; ++s) {
+    const double a = form.knots[s], b = form.knots[s + 1];
+    if (!(a < b)) continue;
+    double* bez = &form.bezier[static_cast<std::size_t>(form.bezierStride()) * (s - p)];
+    double* box = &form.spanBox[6 * static_cast<std::size_t>(s - p)];
+    for (int c = 0; c < 3; ++c) {
+      box[c] = HUGE_VAL;
+      box[3 + c] = -HUGE_VAL;
+    }
+    for (int j = 0; j <= p; ++j) {
+      for (int i = 0; i < p; ++i) args[i] = i < p - j ? a : b;
+      krNurbsBlossom(form, s, args, bez + 4 * j);
+      for (int c = 0; c < 3; ++c) {
+        const double v = bez[4 * j + c] / bez[4 * j + 3];
+        box[c] = std::min(box[c], v);
+        box[3 + c] = std::max(box[3 + c], v);
+      }
+    }
+  }
 }
 
 KrGePoint3d krNurbsPoint(const KrNurbsForm& form, double u, int span) {
   const int p = form.degree;
   const int s = span >= 0 ? span : form.spanOf(u);
+  switch (p) {
+    case 1: return pointT<1>(form, s, u);
+    case 2: return pointT<2>(form, s, u);
+    case 3: return pointT<3>(form, s, u);
+    case 4: return pointT<4>(form, s, u);
+    case 5: return pointT<5>(form, s, u);
+    default: break;
+  }
   double N[kMaxOrder];
   basisFuns(form.knots.data(), s, p, u, N);
   const double* h = &form.hw[4 * static_cast<std::size_t>(s - p)];
@@ -154,6 +312,25 @@ void krNurbsDerivs(const KrNurbsForm& form, double u, int numDeriv, KrGeVector3d
   const int p = form.degree;
   const int n = std::min(numDeriv, p);
   const int s = span >= 0 ? span : form.spanOf(u);
+  if (numDeriv == 2) {
+    switch (p) {
+      case 2: return secondT<2>(form, s, u, out);
+      case 3: return secondT<3>(form, s, u, out);
+      case 4: return secondT<4>(form, s, u, out);
+      case 5: return secondT<5>(form, s, u, out);
+      default: break;
+    }
+  }
+  if (numDeriv == 1) {
+    switch (p) {
+      case 1: return firstT<1>(form, s, u, out);
+      case 2: return firstT<2>(form, s, u, out);
+      case 3: return firstT<3>(form, s, u, out);
+      case 4: return firstT<4>(form, s, u, out);
+      case 5: return firstT<5>(form, s, u, out);
+      default: break;
+    }
+  }
   double ders[kMaxOrder][kMaxOrder];
   dersBasisFuns(form.knots.data(), s, p, u, n, ders);
   // Homogeneous derivatives A^(k) (xyz) and w^(k), k <= n; all higher ones vanish.

@@ -19,6 +19,15 @@ struct KrNurbsForm {
   bool valid = false;      // see krNurbsBuild for the conditions
   std::vector<double> knots;  // count + degree + 1 values when valid
   std::vector<double> hw;     // 4 per control point
+  // Per span s (degree <= s < count): its Bezier control points, homogeneous, (degree + 1) * 4
+  // doubles from bezier[bezierStride() * (s - degree)], and the box of the projected ones
+  // (6 doubles: low xyz, high xyz); zero for empty spans. Filled by krNurbsPrepare.
+  std::vector<double> bezier;
+  std::vector<double> spanBox;
+
+  int bezierStride() const { return 4 * (degree + 1); }
+  const double* bezierOf(int span) const { return &bezier[static_cast<std::size_t>(bezierStride()) * (span - degree)]; }
+  const double* boxOf(int span) const { return &spanBox[6 * static_cast<std::size_t>(span - degree)]; }
 
   double startParam() const { return knots[degree]; }
   double endParam() const { return knots[count]; }
@@ -39,6 +48,9 @@ struct KrNurbsForm {
 // 1) and surplus weights are not used.
 void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKnots, const KrGePoint3d* points,
                   int numPoints, const double* weights, int numWeights);
+
+// Fills the per-span Bezier points and boxes of a valid form (after hw or knots changed).
+void krNurbsPrepare(KrNurbsForm& form);
 
 // The point at u (valid form; u outside the range extrapolates the end span's polynomial).
 // `span` (when >= 0) picks the span whose polynomial is evaluated (one side of a knot).
