@@ -113,9 +113,10 @@ public:
     if (m_nurbs) return krNurbsPoint(*m_nurbs, t);
     return m_curve.evalPoint(t);
   }
-  void eval2(double t, KrGePoint3d& p, KrGeVector3d& d1, KrGeVector3d& d2) const {
+  // `span` (a NURBS span, or -1) keeps the evaluation on one side of a knot.
+  void eval2(double t, KrGePoint3d& p, KrGeVector3d& d1, KrGeVector3d& d2, int span = -1) const {
     if (m_nurbs) {
-      krNurbsPoint2(*m_nurbs, t, p, d1, d2);
+      krNurbsPoint2(*m_nurbs, t, p, d1, d2, span);
       return;
     }
     p = m_curve.evalPoint(t, 2, m_derivs);
@@ -123,6 +124,12 @@ public:
     d2 = m_derivs[1];
   }
   const KrGeCurve3dImpl& curve() const { return m_curve; }
+  // The NURBS span holding [a, b] (a piece of one span), -1 otherwise.
+  int spanOf(double a, double b) const {
+    if (!m_nurbs) return -1;
+    const int span = m_nurbs->spanOf(0.5 * (a + b));
+    return a >= m_nurbs->knots[span] && b <= m_nurbs->knots[span + 1] ? span : -1;
+  }
 
   // The root pieces: the knot spans of a NURBS curve inside the range, else eight even ones.
   bool makeRoots(double leaf) {
@@ -226,8 +233,10 @@ private:
     if (!genericBox(a, b, node.low, node.high)) return false;
     node.p0 = point(a);
     node.p1 = point(b);
-    node.dev = node.size();
-    node.leafy = node.size() <= m_leaf;
+    // A linear piece is its own chord; other kinds are only known to stay in their block.
+    const bool straight = m_curve.isKindOf(KrGe::kLinearEnt3d);
+    node.dev = straight ? 0.0 : node.size();
+    node.leafy = straight || node.size() <= m_leaf;
     return true;
   }
   // The node of the Bezier points stored at slot `slot`.
@@ -351,6 +360,7 @@ struct Best {
 // Hessian that is not positive definite gives a gradient step; a step that does not lower F is
 // halved (backtracking), so F decreases monotonically.
 struct PairState {
+  int spanS = -1, spanT = -1;
   double s, t, f;
   KrGeVector3d r, a1, a2, b1, b2;
 };
@@ -358,8 +368,8 @@ struct PairState {
 void evaluate(const Side& one, const Side& two, const Metric& metric, double s, double t, PairState& state) {
   KrGePoint3d p, q;
   KrGeVector3d p1, p2, q1, q2;
-  one.eval2(s, p, p1, p2);
-  two.eval2(t, q, q1, q2);
+  one.eval2(s, p, p1, p2, state.spanS);
+  two.eval2(t, q, q1, q2, state.spanT);
   state.s = s;
   state.t = t;
   state.r = metric.reduce(p - q);
@@ -373,6 +383,8 @@ void evaluate(const Side& one, const Side& two, const Metric& metric, double s, 
 void newtonClosest(const Side& one, const Side& two, const Metric& metric, double s, double t, double sLo, double sHi,
                    double tLo, double tHi, Best& best) {
   PairState state;
+  state.spanS = one.spanOf(sLo, sHi);
+  state.spanT = two.spanOf(tLo, tHi);
   evaluate(one, two, metric, s, t, state);
   if (!std::isfinite(state.f)) return;
   best.offer(s, t, std::sqrt(2.0 * state.f));
@@ -402,7 +414,7 @@ void newtonClosest(const Side& one, const Side& two, const Metric& metric, doubl
       dt = -gt * (state.f / g2);
     }
     bool accepted = false;
-    PairState next;
+    PairState next = state;
     for (double lambda = 1.0; lambda > 1e-12; lambda *= 0.5) {
       const double ns = std::max(sLo, std::min(sHi, state.s + lambda * ds));
       const double nt = std::max(tLo, std::min(tHi, state.t + lambda * dt));
@@ -422,11 +434,18 @@ void newtonClosest(const Side& one, const Side& two, const Metric& metric, doubl
   }
 }
 
+// A pair of pieces in the queue: nearest lower bound first, and among equal bounds the pair
+// whose chords' middles are nearer.
 struct PairItem {
   double gap;
   int i, j;
-  bool operator<(const PairItem& o) const { return gap > o.gap; }
+  double hint = 0.0;
+  bool operator<(const PairItem& o) const { return gap > o.gap || (gap == o.gap && hint > o.hint); }
 };
+
+double hintOf(const Metric& metric, const Node& m, const Node& n) {
+  return metric.reduce(0.5 * (m.p0.asVector() + m.p1.asVector()) - 0.5 * (n.p0.asVector() + n.p1.asVector())).length();
+}
 
 // The best pair among the root pieces' ends, refined by Newton over the whole ranges.
 void seedFromGrid(const Side& one, const Side& two, const Metric& metric, Best& best) {
@@ -494,13 +513,19 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
   const int roots1 = static_cast<int>(one.nodes.size()), roots2 = static_cast<int>(two.nodes.size());
   for (int i = 0; i < roots1; ++i)
     for (int j = 0; j < roots2; ++j)
-      queue.push(PairItem{metric.pairGap(one.nodes[static_cast<std::size_t>(i)], two.nodes[static_cast<std::size_t>(j)]), i, j});
+      queue.push(PairItem{metric.pairGap(one.nodes[static_cast<std::size_t>(i)], two.nodes[static_cast<std::size_t>(j)]), i, j,
+                          hintOf(metric, one.nodes[static_cast<std::size_t>(i)], two.nodes[static_cast<std::size_t>(j)])});
   for (int examined = 0; !queue.empty() && examined < kMaxPairs; ++examined) {
     const PairItem item = queue.top();
     queue.pop();
     if (item.gap >= best.distance - slack) break;
     const Node m = one.nodes[static_cast<std::size_t>(item.i)];
     const Node n = two.nodes[static_cast<std::size_t>(item.j)];
+    // The pieces' end points are curve points: their pairs bound the answer from above.
+    best.offer(m.a, n.a, metric.reduce(m.p0 - n.p0).length());
+    best.offer(m.a, n.b, metric.reduce(m.p0 - n.p1).length());
+    best.offer(m.b, n.a, metric.reduce(m.p1 - n.p0).length());
+    best.offer(m.b, n.b, metric.reduce(m.p1 - n.p1).length());
     if (m.leafy && n.leafy) {
       leafPair(one, two, metric, m, n, best);
       continue;
@@ -516,7 +541,9 @@ bool krGenericClosestParams(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl&
     for (int c = child; c < child + 2; ++c) {
       const Node& piece = side.nodes[static_cast<std::size_t>(c)];
       const double gap = splitFirst ? metric.pairGap(piece, n) : metric.pairGap(m, piece);
-      if (gap < best.distance - slack) queue.push(PairItem{gap, splitFirst ? c : item.i, splitFirst ? item.j : c});
+      if (gap < best.distance - slack)
+        queue.push(PairItem{gap, splitFirst ? c : item.i, splitFirst ? item.j : c,
+                            splitFirst ? hintOf(metric, piece, n) : hintOf(metric, m, piece)});
     }
   }
   paramFirst = best.s;
@@ -573,7 +600,7 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
   std::vector<PairItem> stack;
   const int roots1 = static_cast<int>(one.nodes.size()), roots2 = static_cast<int>(two.nodes.size());
   for (int i = 0; i < roots1; ++i)
-    for (int j = 0; j < roots2; ++j) stack.push_back(PairItem{0.0, i, j});
+    for (int j = 0; j < roots2; ++j) stack.push_back(PairItem{0.0, i, j, 0.0});
   for (int examined = 0; !stack.empty() && examined < kMaxPairs; ++examined) {
     const PairItem item = stack.back();
     stack.pop_back();
@@ -586,7 +613,7 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
     const int index = splitFirst ? item.i : item.j;
     if (!small && side.split(index)) {
       const int child = side.nodes[static_cast<std::size_t>(index)].child;
-      for (int c = child + 1; c >= child; --c) stack.push_back(PairItem{0.0, splitFirst ? c : item.i, splitFirst ? item.j : c});
+      for (int c = child + 1; c >= child; --c) stack.push_back(PairItem{0.0, splitFirst ? c : item.i, splitFirst ? item.j : c, 0.0});
       continue;
     }
     double s = 0.5 * (m.a + m.b), t = 0.5 * (n.a + n.b);

@@ -51,7 +51,7 @@ TEST(NurbsRelations, ClosestPair_NoFartherThanTheGridForEveryPartnerKind) {
   std::mt19937_64 engine(seed);
   std::uniform_real_distribution<double> coordinate(-10, 10);
   auto randomPoint = [&] { return KrGePoint3d(coordinate(engine), coordinate(engine), coordinate(engine)); };
-  for (int trial = 0; trial < 12; ++trial) {
+  for (int trial = 0; trial < 30; ++trial) {
     const KrGeNurbCurve3d curve = nurbs_test::randomDefinition(engine).curve();
     const KrGeNurbCurve3d other = nurbs_test::randomDefinition(engine).curve();
     const KrGeLineSeg3d segment(randomPoint(), randomPoint());
