@@ -36,6 +36,7 @@ list(APPEND KRGEL_SOURCES
   entity/ellipse/KrGeEllipArc3d.cpp
   entity/relation/KrCurveRelation.cpp
   entity/relation/generic_pair.cpp
+  entity/relation/generic_intersect.cpp
   entity/relation/arc_ellipse.cpp
   entity/relation/ellipse_ellipse.cpp
   entity/relation/ellipse_pairs.cpp

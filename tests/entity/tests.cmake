@@ -23,11 +23,11 @@ list(APPEND KRGEL_TEST_SOURCES
   ${PROJECT_SOURCE_DIR}/entity/ellipse/ellipse_closest.cpp
   ${PROJECT_SOURCE_DIR}/entity/ellipse/ellipse_intersect.cpp
   # The generic pair solver is driven directly for its intersection points.
-  ${PROJECT_SOURCE_DIR}/entity/relation/generic_pair.cpp
+  ${PROJECT_SOURCE_DIR}/entity/relation/generic_intersect.cpp
   ${PROJECT_SOURCE_DIR}/entity/spline/nurbs_form.cpp
 )
 # This test reaches the library's hidden implementation root, whose type information stays
 # inside the library: the sanitizer's dynamic-type check cannot see it there.
 set_source_files_properties(entity/KrEnt3dImpl_test.cpp entity/NurbsRelations_test.cpp
-                            ${PROJECT_SOURCE_DIR}/entity/relation/generic_pair.cpp
+                            ${PROJECT_SOURCE_DIR}/entity/relation/generic_intersect.cpp
                             PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
