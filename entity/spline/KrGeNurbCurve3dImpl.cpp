@@ -67,7 +67,16 @@ KrGeNurbCurve3dImpl::KrGeNurbCurve3dImpl(const KrGeEllipArc3d& ellipse) : m_degr
   refresh();
 }
 
-void KrGeNurbCurve3dImpl::reportFitConstructor(int line) const { KRS_NOT_IMPLEMENTED_AT(kSource, line); }
+void KrGeNurbCurve3dImpl::reportFitConstructor(int line) const {
+  // One check site per constructor, each with its own once-only flag.
+  switch (line) {
+    case 275: KRS_NOT_IMPLEMENTED_AT(kSource, 275); break;
+    case 364: KRS_NOT_IMPLEMENTED_AT(kSource, 364); break;
+    case 370: KRS_NOT_IMPLEMENTED_AT(kSource, 370); break;
+    case 398: KRS_NOT_IMPLEMENTED_AT(kSource, 398); break;
+    default: break;
+  }
+}
 
 void KrGeNurbCurve3dImpl::assignData(const KrGeNurbCurve3dImpl& source) {
   m_degree = source.m_degree;

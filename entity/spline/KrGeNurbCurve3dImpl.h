@@ -134,7 +134,7 @@ public:
   // 36: the B-spline basis function of index i and order q at u over the stored knots.
   virtual double basisValue(double u, int i, int q) const;
 
-  // The fit-point constructors' reports, in their order.
+  // The not-implemented report of a constructor (lines 275, 364, 370 and 398).
   void reportFitConstructor(int line) const;
   // The definition in evaluable form (valid() false: the curve operations answer neutrally).
   const KrNurbsForm& form() const { return m_form; }

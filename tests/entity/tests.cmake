@@ -18,6 +18,7 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/EllipseRelations_test.cpp
   entity/KrGeNurbCurve3d_test.cpp
   entity/NurbsRelations_test.cpp
+  entity/NurbsDiagnostics_test.cpp
   # The conic solvers are hidden inside the library; the program compiles them to test them
   # directly (methodDecart, which they call, is exported).
   ${PROJECT_SOURCE_DIR}/entity/ellipse/ellipse_closest.cpp
