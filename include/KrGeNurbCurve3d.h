@@ -34,14 +34,15 @@ class KrGeNurbCurve3dImpl;
 //     n < 0 gives none, n above 1048576 gives 1048576.
 //   getSamplePoints(numSample): evenly in the parameter (at least 2, at most 1048576 points).
 //   getSamplePoints(from, to, approxEps): every knot of the range is a sample; between knots the
-//     step keeps the chord height below max(approxEps, 1e-12 |curve|) by the second-derivative
-//     bound h^2 |C''| / 8 (at most 1048576 points; non-finite ranges give none).
+//     step h keeps h^2 M / 8 below max(approxEps, 1e-12 |curve|), M twice the largest |C''| at
+//     2p + 3 probes of the span (at most 1048576 points; non-finite ranges give none).
 //   length(from, to, tol): Gauss-Kronrod (7, 15) per knot span, spans bisected until the
 //     estimate |K15 - G7| is below max(tol, 1e-15 length) for the piece; paramAtLength inverts it
 //     by safeguarded Newton to the same accuracy and stops at the range ends.
-//   closestPointTo(point), paramOf, isOn, distanceTo: the global nearest point, found span by
-//     span in order of the control-hull distance (spans whose hull is farther than the best
-//     point so far are skipped), Newton safeguarded by bisection inside each span.
+//   closestPointTo(point), paramOf, isOn, distanceTo: the global nearest point: spans in order of
+//     their Bezier hull's distance, each searched by branch and bound on halved Bezier pieces
+//     (hulls farther than the best point so far are dropped); nearly straight pieces get Newton
+//     safeguarded by bisection. Exact to rounding.
 //   closestPointTo(curve), distanceTo(curve), intersections: the generic pair solver (hull
 //     subdivision, Newton on the parameter pair, end-point pairs).
 //   boundBlock(range): the exact axis-aligned box of the curve over the range within
@@ -58,9 +59,10 @@ class KrGeNurbCurve3dImpl;
 //     insertion (false, nothing changed, otherwise); setInterval(): no change. reverseParam:
 //     knots u -> a + b - u, control points and weights reversed. getSplitCurves(param): two
 //     NURBS curves by knot insertion to full multiplicity; a parameter at or beyond an end gives
-//     a copy and a null piece. explode: the curve itself. isPeriodic: false. area: the signed area
-//     between a planar curve and its chord, by the same quadrature.
-//   getTrimmedOffset: not implemented (the offset of a NURBS curve is no NURBS curve).
+//     a copy and a null piece. explode: the curve itself (flag 0), or with a bounded interval a new
+//     trimmed copy (flag 1). isPeriodic: false. area: the (unsigned) area between a planar curve
+//     and its chord, by the same quadrature; false for a curve that is not planar.
+//   getTrimmedOffset: not implemented (line 760; the offset of a NURBS curve is no NURBS curve).
 class KRGEL_API KrGeNurbCurve3d : public KrGeSplineEnt3d {
 public:
   // Degree 1, knots [0, 0, 1, 1], control points (0,0,0) and (1,0,0), no weights.
@@ -167,7 +169,8 @@ public:
   // to [p, n - 1], the triangular Cox-de Boor scheme on it, weights used when rational; knots
   // read beyond either end of the vector are the end knot, points before the first are skipped,
   // a zero denominator contributes 0, and without knots the answer is the origin. With p > n: the
-  // sum of basisValue(u, i, p + 1) P[i] without weights (the origin without points).
+  // sum of basisValue(u, i, p + 1) P[i] without weights (the origin without points). A negative
+  // degree or one above 32 with p <= n answers the origin.
   KrGePoint3d evaluatePoint(double u) const;
   // The B-spline basis function of index i and order q (degree q - 1) at u over the stored
   // knots: right-continuous, with the last non-empty span closed at the end knot. Order q <= 0

@@ -3,12 +3,13 @@
 // kinds without a closed-form solver. Plain free functions so that any kind (composite curves
 // included) can call them directly.
 //
-// Method: each curve's range is cut into pieces whose axis-aligned blocks (orthoBoundBlock of
-// the range; the Bezier control hull for a NURBS curve) bound the piece; piece pairs are taken in
-// order of the distance between their blocks and halved (the piece with the larger block)
-// until no pair can beat the best distance by more than tol.equalPoint(); small pairs are
-// refined by Newton on the pair of parameters, and the end-point pairs (each end's nearest point
-// on the other curve) are compared as well. An unbounded range (a line) is cut to the part
+// Method: each curve's range is cut into pieces (a NURBS curve's knot spans, else eight) bounded
+// by a block (orthoBoundBlock of the range; the Bezier control hull for a NURBS curve) and by a
+// chord with a deviation bound; piece pairs are taken in order of their lower bound (block gap,
+// or chord distance less both deviations) and halved until no pair can beat the best distance
+// by more than tol.equalPoint(); pairs of small or nearly straight pieces are refined by Newton
+// on the pair of parameters held inside them, and the end-point pairs (each end's nearest
+// point on the other curve) are compared as well. An unbounded range (a line) is cut to the part
 // that faces the other curve's block. At most 20000 pairs are examined per call.
 #pragma once
 
