@@ -53,123 +53,128 @@ void refine(const KrNurbsForm& form, int span, const KrGePoint3d& point, double 
     const double f = d1.dotProduct(diff);
     const double fp = d2.dotProduct(diff) + d1.dotProduct(d1);
     if (f > 0.0) hi = t; else if (f < 0.0) lo = t; else return;
+    const double resolution = 4e-16 * (std::fabs(t) + width);
     double next = fp > 0.0 ? t - f / fp : 0.5 * (lo + hi);
+    // A Newton step below the resolution has converged; one leaving the bracket is replaced by
+    // bisection.
+    if (fp > 0.0 && std::fabs(next - t) <= resolution) return;
     if (!(next > lo && next < hi)) next = 0.5 * (lo + hi);
-    if (!(hi - lo > 1e-16 * (std::fabs(t) + width)) || !(std::fabs(next - t) > 1e-16 * (std::fabs(t) + width))) return;
+    if (!(hi - lo > resolution)) return;
     t = next;
-  }
-}
-
-// One Bezier piece of a span over [a, b], homogeneous.
-struct Bezier {
-  double a, b;
-  double h[kKrNurbsMaxDegree + 1][4];
-};
-
-// Halves a piece by de Casteljau at its middle (convex combinations only).
-void halve(const Bezier& piece, int p, Bezier& left, Bezier& right) {
-  double work[kKrNurbsMaxDegree + 1][4];
-  for (int j = 0; j <= p; ++j)
-    for (int c = 0; c < 4; ++c) work[j][c] = piece.h[j][c];
-  const double mid = 0.5 * (piece.a + piece.b);
-  left.a = piece.a;
-  left.b = mid;
-  right.a = mid;
-  right.b = piece.b;
-  for (int c = 0; c < 4; ++c) {
-    left.h[0][c] = work[0][c];
-    right.h[p][c] = work[p][c];
-  }
-  for (int r = 1; r <= p; ++r) {
-    for (int j = 0; j <= p - r; ++j)
-      for (int c = 0; c < 4; ++c) work[j][c] = 0.5 * (work[j][c] + work[j + 1][c]);
-    for (int c = 0; c < 4; ++c) {
-      left.h[r][c] = work[0][c];
-      right.h[p - r][c] = work[p - r][c];
-    }
   }
 }
 
 constexpr double kFlatShare = 0.05;
 constexpr int kMaxDepth = 48;
 
+// Halves the homogeneous Bezier points `source` of degree p by de Casteljau at the middle into
+// `left` and `right` (4 (p + 1) doubles each; convex combinations only).
+void halve(const double* source, int p, double* left, double* right) {
+  double work[(kKrNurbsMaxDegree + 1) * 4];
+  const int n = 4 * (p + 1);
+  for (int i = 0; i < n; ++i) work[i] = source[i];
+  for (int c = 0; c < 4; ++c) {
+    left[c] = work[c];
+    right[4 * p + c] = work[4 * p + c];
+  }
+  for (int r = 1; r <= p; ++r) {
+    for (int i = 0; i < 4 * (p - r + 1); ++i) work[i] = 0.5 * (work[i] + work[i + 4]);
+    for (int c = 0; c < 4; ++c) {
+      left[4 * r + c] = work[c];
+      right[4 * (p - r) + c] = work[4 * (p - r) + c];
+    }
+  }
+}
+
 // Branch and bound over the Bezier pieces of one span: a piece whose control box is farther
-// than the best distance is dropped; a nearly straight piece (inner control points within 5% of
-// its chord from it) has at most one interior minimum and gets one bracketed refinement; any
-// other piece is halved, nearer half first.
+// than the best distance is dropped; a nearly straight piece running one way (inner control
+// points within 5% of its chord from it, their projections on it advancing) has a unimodal
+// distance and gets one bracketed refinement; any other piece is halved, nearer half first.
 void searchSpan(const KrNurbsForm& form, int span, double from, double to, const KrGePoint3d& point,
                 double& bestT, double& best2) {
   const int p = form.degree;
-  Bezier stack[kMaxDepth + 2];
+  const int stride = 4 * (p + 1);
+  double buffer[(kMaxDepth + 2) * (kKrNurbsMaxDegree + 1) * 4];
+  double ranges[(kMaxDepth + 2) * 2];
   int depths[kMaxDepth + 2];
   int top = 0;
-  double args[kKrNurbsMaxDegree] = {};
-  Bezier& first = stack[top];
-  first.a = from;
-  first.b = to;
   if (from == form.knots[span] && to == form.knots[span + 1]) {
     const double* bez = form.bezierOf(span);
-    for (int j = 0; j <= p; ++j)
-      for (int c = 0; c < 4; ++c) first.h[j][c] = bez[4 * j + c];
+    for (int i = 0; i < stride; ++i) buffer[i] = bez[i];
   } else {
+    double args[kKrNurbsMaxDegree] = {};
     for (int j = 0; j <= p; ++j) {
       for (int i = 0; i < p; ++i) args[i] = i < p - j ? from : to;
-      krNurbsBlossom(form, span, args, first.h[j]);
+      krNurbsBlossom(form, span, args, buffer + 4 * j);
     }
   }
+  ranges[0] = from;
+  ranges[1] = to;
   depths[top++] = 0;
   const double q[3] = {point.x, point.y, point.z};
   while (top > 0) {
-    const Bezier piece = stack[--top];
+    --top;
+    const double* h = buffer + static_cast<std::size_t>(stride) * top;
+    const double a = ranges[2 * top], b = ranges[2 * top + 1];
     const int depth = depths[top];
     KrGePoint3d pts[kKrNurbsMaxDegree + 1];
     double low[3] = {HUGE_VAL, HUGE_VAL, HUGE_VAL}, high[3] = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
     for (int j = 0; j <= p; ++j) {
-      const double w = piece.h[j][3];
-      pts[j] = KrGePoint3d(piece.h[j][0] / w, piece.h[j][1] / w, piece.h[j][2] / w);
+      const double inv = 1.0 / h[4 * j + 3];
+      const double v[3] = {h[4 * j] * inv, h[4 * j + 1] * inv, h[4 * j + 2] * inv};
+      pts[j] = KrGePoint3d(v[0], v[1], v[2]);
       for (int c = 0; c < 3; ++c) {
-        low[c] = std::min(low[c], pts[j][static_cast<unsigned>(c)]);
-        high[c] = std::max(high[c], pts[j][static_cast<unsigned>(c)]);
+        low[c] = std::min(low[c], v[c]);
+        high[c] = std::max(high[c], v[c]);
       }
     }
-    for (double t : {piece.a, piece.b}) {
-      const double d2 = distance2(t == piece.a ? pts[0] : pts[p], point);
-      if (d2 < best2) {
-        best2 = d2;
-        bestT = t;
-      }
-    }
+    const double startD2 = distance2(pts[0], point), endD2 = distance2(pts[p], point);
+    if (startD2 < best2) best2 = startD2, bestT = a;
+    if (endD2 < best2) best2 = endD2, bestT = b;
     double gap2 = 0.0;
     for (int c = 0; c < 3; ++c) {
       const double gap = q[c] < low[c] ? low[c] - q[c] : (q[c] > high[c] ? q[c] - high[c] : 0.0);
       gap2 += gap * gap;
     }
     if (gap2 >= best2) continue;
-    const KrGeVector3d chord = pts[p] - pts[0];
-    const double chordLength = chord.length();
     // Nearly straight and running one way: the inner points lie near the chord and their
     // projections on it advance, so the distance along the piece is unimodal.
-    double deviation = 0.0, previous = 0.0;
-    bool forward = chordLength > 0.0;
-    for (int j = 1; j <= p && forward; ++j) {
+    const KrGeVector3d chord = pts[p] - pts[0];
+    const double chord2 = chord.dotProduct(chord);
+    double previous = 0.0;
+    bool flat = chord2 > 0.0;
+    for (int j = 1; j <= p && flat; ++j) {
       const KrGeVector3d arm = pts[j] - pts[0];
-      deviation = std::max(deviation, chord.crossProduct(arm).length() / chordLength);
+      const KrGeVector3d across = chord.crossProduct(arm);
+      flat = across.dotProduct(across) <= kFlatShare * kFlatShare * chord2 * chord2;
       const double along = arm.dotProduct(chord);
-      forward = along >= previous;
+      flat = flat && along >= previous;
       previous = along;
     }
-    if ((forward && deviation <= kFlatShare * chordLength) || depth >= kMaxDepth || !(piece.b - piece.a > 1e-15 * (std::fabs(piece.a) + 1.0))) {
-      const double seed = distance2(pts[0], point) < distance2(pts[p], point) ? piece.a : piece.b;
-      refine(form, span, point, piece.a, piece.b, seed, bestT, best2);
+    if (flat || depth >= kMaxDepth || !(b - a > 1e-15 * (std::fabs(a) + 1.0))) {
+      // The end tangents run along the first and last control legs (positive weights), so the
+      // signs of (C - P).C' at the ends come free: a unimodal piece whose distance grows from
+      // its start (or falls to its end) has its minimum there, already offered.
+      const bool risesAtStart = (pts[1] - pts[0]).dotProduct(pts[0] - point) >= 0.0;
+      const bool fallsAtEnd = (pts[p] - pts[p - 1]).dotProduct(pts[p] - point) <= 0.0;
+      if (flat && (risesAtStart || fallsAtEnd)) continue;
+      refine(form, span, point, a, b, startD2 < endD2 ? a : b, bestT, best2);
       continue;
     }
-    Bezier left, right;
-    halve(piece, p, left, right);
-    const bool leftFirst = distance2(pts[0], point) < distance2(pts[p], point);
-    stack[top] = leftFirst ? right : left;
-    depths[top++] = depth + 1;
-    stack[top] = leftFirst ? left : right;
-    depths[top++] = depth + 1;
+    // The children replace the piece on the stack, the nearer half on top.
+    double left[(kKrNurbsMaxDegree + 1) * 4], right[(kKrNurbsMaxDegree + 1) * 4];
+    halve(h, p, left, right);
+    const double mid = 0.5 * (a + b);
+    const bool leftFirst = startD2 < endD2;
+    const double* order[2] = {leftFirst ? right : left, leftFirst ? left : right};
+    const double bounds[2][2] = {{leftFirst ? mid : a, leftFirst ? b : mid}, {leftFirst ? a : mid, leftFirst ? mid : b}};
+    for (int k = 0; k < 2; ++k) {
+      double* slot = buffer + static_cast<std::size_t>(stride) * top;
+      for (int i = 0; i < stride; ++i) slot[i] = order[k][i];
+      ranges[2 * top] = bounds[k][0];
+      ranges[2 * top + 1] = bounds[k][1];
+      depths[top++] = depth + 1;
+    }
   }
 }
 

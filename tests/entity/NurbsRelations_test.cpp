@@ -42,7 +42,10 @@ KrGeNurbCurve3d zigzag(int teeth) {
   return d.curve();
 }
 
-const KrGeCurve3dImpl& implOf(const KrGeCurve3d& curve) { return *KrGeCurve3dImpl::curveImplOf(curve); }
+// The implementation behind a curve (a plain cast: the library keeps its type information).
+const KrGeCurve3dImpl& implOf(const KrGeCurve3d& curve) {
+  return *static_cast<const KrGeCurve3dImpl*>(KrEnt3dImpl::implOf(curve));
+}
 
 }  // namespace
 
