@@ -51,7 +51,7 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
   if (!prepare(one, two, tol, scale)) return 0;
   const Metric metric;
   const double gapTol = std::max(tol.equalPoint(), 0.0);
-  std::vector<KrGePoint3d> found;
+  KrsArray<KrGePoint3d> found;
   std::vector<PairItem> stack;
   const int roots1 = static_cast<int>(one.nodes.size()), roots2 = static_cast<int>(two.nodes.size());
   for (int i = 0; i < roots1; ++i)
@@ -75,10 +75,10 @@ int krGenericIntersections(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& 
     if (!newtonMeet(one, two, s, t, gapTol)) continue;
     const KrGePoint3d point = one.point(s);
     bool known = false;
-    for (const KrGePoint3d& other : found)
-      if ((other - point).length() <= std::max(gapTol, 1e-12 * scale)) known = true;
-    if (known || static_cast<int>(found.size()) >= kMaxPoints) continue;
-    found.push_back(point);
+    for (int i = 0; i < found.GetSize(); ++i)
+      if ((found[i] - point).length() <= std::max(gapTol, 1e-12 * scale)) known = true;
+    if (known || found.GetSize() >= kMaxPoints) continue;
+    found.Add(point);
     paramsFirst.Add(s);
     paramsSecond.Add(t);
   }

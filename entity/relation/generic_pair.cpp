@@ -103,17 +103,17 @@ void newtonClosest(const Side& one, const Side& two, const Metric& metric, doubl
 
 // The best pair among the root pieces' ends, refined by Newton over the whole ranges.
 void seedFromGrid(const Side& one, const Side& two, const Metric& metric, Best& best) {
-  std::vector<double> ss, ts;
-  std::vector<KrGePoint3d> qs;
-  for (const Node& node : one.nodes) ss.push_back(node.a);
-  ss.push_back(one.hi);
-  for (const Node& node : two.nodes) ts.push_back(node.a);
-  ts.push_back(two.hi);
-  for (double t : ts) qs.push_back(two.point(t));
+  KrsArray<double> ss, ts;
+  KrsArray<KrGePoint3d> qs;
+  for (const Node& node : one.nodes) ss.Add(node.a);
+  ss.Add(one.hi);
+  for (const Node& node : two.nodes) ts.Add(node.a);
+  ts.Add(two.hi);
+  for (int j = 0; j < ts.GetSize(); ++j) qs.Add(two.point(ts[j]));
   Best grid;
-  for (double s : ss) {
-    const KrGePoint3d p = one.point(s);
-    for (std::size_t j = 0; j < ts.size(); ++j) grid.offer(s, ts[j], metric.reduce(p - qs[j]).length());
+  for (int i = 0; i < ss.GetSize(); ++i) {
+    const KrGePoint3d p = one.point(ss[i]);
+    for (int j = 0; j < ts.GetSize(); ++j) grid.offer(ss[i], ts[j], metric.reduce(p - qs[j]).length());
   }
   best.offer(grid.s, grid.t, grid.distance);
   newtonClosest(one, two, metric, grid.s, grid.t, one.lo, one.hi, two.lo, two.hi, best);

@@ -130,6 +130,13 @@ KrGePoint3d KrGeNurbCurve3dImpl::evalPoint(double param, int numDeriv, KrsArray<
     return evaluatePoint(param);
   }
   if (count == 0) return krNurbsPoint(m_form, param);
+  if (count <= 2) {
+    KrGeVector3d few[3];
+    krNurbsDerivs(m_form, param, count, few);
+    KrGeVector3d* target = derivArray.GetData();
+    for (int i = 0; i < count; ++i) target[i] = few[i + 1];
+    return KrGePoint3d(few[0].x, few[0].y, few[0].z);
+  }
   KrGeVector3d local[8];
   std::vector<KrGeVector3d> heap;
   KrGeVector3d* out = local;
@@ -163,7 +170,7 @@ void KrGeNurbCurve3dImpl::getSamplePoints(double fromParam, double toParam, doub
   KrGePoint3d low, high;
   krNurbsPieceHull(m_form, m_form.startParam(), m_form.endParam(), low, high);
   const double eps = std::max(std::isfinite(approxEps) ? approxEps : 0.0, 1e-12 * (high - low).length());
-  std::vector<double> breaks;
+  KrsArray<double> breaks;
   krNurbsBreaks(m_form, breaks);
   auto add = [&](double t) {
     if (pointArray.GetSize() >= kMaxCount) return;
@@ -173,7 +180,7 @@ void KrGeNurbCurve3dImpl::getSamplePoints(double fromParam, double toParam, doub
   add(a);
   // Between knots the chord of a step h deviates at most h^2 max|C''| / 8; |C''| is bounded by
   // its largest value at the samples of a first pass, doubled for safety.
-  for (std::size_t i = 0; i + 1 < breaks.size(); ++i) {
+  for (int i = 0; i + 1 < breaks.GetSize(); ++i) {
     const double from = std::max(a, breaks[i]), to = std::min(b, breaks[i + 1]);
     if (!(from < to)) continue;
     double curvature = 0.0;

@@ -447,7 +447,10 @@ void krNurbsInsertKnot(KrNurbsForm& form, double u, int times) {
                  (1.0 - alpha) * form.hw[4 * static_cast<std::size_t>(i - 1) + c];
       }
     }
-    form.knots.insert(form.knots.begin() + s + 1, u);
+    const std::size_t at = static_cast<std::size_t>(s) + 1;
+    form.knots.resize(form.knots.size() + 1);
+    for (std::size_t i = form.knots.size() - 1; i > at; --i) form.knots[i] = form.knots[i - 1];
+    form.knots[at] = u;
     form.hw.swap(hw);
     ++form.count;
   }
@@ -470,16 +473,17 @@ KrNurbsForm krNurbsExtract(const KrNurbsForm& source, double a, double b) {
   piece.degree = p;
   piece.rational = form.rational;
   piece.count = lastPoint - firstPoint + 1;
-  piece.knots.assign(static_cast<std::size_t>(p + 1), a);
-  for (int i = lastA + 1; i < firstB; ++i) piece.knots.push_back(k[i]);
-  piece.knots.insert(piece.knots.end(), static_cast<std::size_t>(p + 1), b);
+  const int interior = std::max(0, firstB - lastA - 1);
+  piece.knots.assign(static_cast<std::size_t>(2 * (p + 1) + interior), b);
+  for (int i = 0; i <= p; ++i) piece.knots[static_cast<std::size_t>(i)] = a;
+  for (int i = 0; i < interior; ++i) piece.knots[static_cast<std::size_t>(p + 1 + i)] = k[lastA + 1 + i];
   piece.hw.assign(form.hw.begin() + 4 * firstPoint, form.hw.begin() + 4 * (lastPoint + 1));
   piece.valid = piece.count >= p + 1 && a < b;
   return piece;
 }
 
-void krNurbsBreaks(const KrNurbsForm& form, std::vector<double>& breaks) {
-  breaks.clear();
+void krNurbsBreaks(const KrNurbsForm& form, KrsArray<double>& breaks) {
+  breaks.RemoveAll();
   for (int i = form.degree; i <= form.count; ++i)
-    if (breaks.empty() || form.knots[i] > breaks.back()) breaks.push_back(form.knots[i]);
+    if (breaks.IsEmpty() || form.knots[i] > breaks[breaks.GetSize() - 1]) breaks.Add(form.knots[i]);
 }

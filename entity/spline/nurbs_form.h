@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "KrGePoint3d.h"
+#include "KrsArray.h"
 #include "KrGeVector3d.h"
 
 // Highest degree the curve algorithms evaluate (basis tables live on the stack).
@@ -76,4 +77,4 @@ void krNurbsInsertKnot(KrNurbsForm& form, double u, int times);
 // multiplicity degree and dropping what lies outside.
 KrNurbsForm krNurbsExtract(const KrNurbsForm& form, double a, double b);
 // Distinct knot values within [startParam, endParam], ascending (span boundaries).
-void krNurbsBreaks(const KrNurbsForm& form, std::vector<double>& breaks);
+void krNurbsBreaks(const KrNurbsForm& form, KrsArray<double>& breaks);
