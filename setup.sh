@@ -5,11 +5,16 @@
 #                     scene into build/demo/ and prints the monitor's lines
 #   ./setup.sh test   installs what is missing, builds and runs the whole test suite in the
 #                     release build and in the AddressSanitizer+UBSan build (warnings are errors),
-#                     then the Windows build (MinGW-w64) and the same suite under headless Wine
+#                     the threaded test in the ThreadSanitizer build, each fuzz target for
+#                     30 s from its seed corpus (any finding fails), then the Windows build
+#                     (MinGW-w64) and the same suite under headless Wine
+#   ./setup.sh fuzz [seconds]
+#                     the long fuzz run: each target for `seconds` (default 600)
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3)
+readonly packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev python3 clang
+                   libclang-rt-dev)
 
 # installMissing [PACKAGE...] (default: the Linux build's packages); extra apt-get options in
 # aptOptions.
@@ -74,6 +79,37 @@ runTests() {
   done
 }
 
+# The threaded test under ThreadSanitizer. Address-space randomisation is switched off for it:
+# the sanitizer's fixed shadow layout then fits kernels that randomise with more bits.
+runThreadCheck() {
+  cmake --preset tsan
+  cmake --build --preset tsan
+  setarch "$(uname -m)" -R ctest --preset tsan
+}
+
+# Each fuzz target for `seconds` from its seed corpus in tests/fuzz/corpus/<family>/. New inputs
+# go to a scratch corpus; a finding is written to build/fuzz/findings/ and fails the run.
+runFuzz() {
+  local seconds=$1 corpus family work
+  cmake --preset fuzz
+  cmake --build --preset fuzz
+  mkdir -p build/fuzz/findings
+  for corpus in tests/fuzz/corpus/*/; do
+    family=$(basename "$corpus")
+    work=$(mktemp -d)
+    echo "--- fuzzing $family for ${seconds} s ---"
+    if ! "build/fuzz/tests/fuzz/krgel_fuzz_$family" -max_total_time="$seconds" -timeout=30 -print_final_stats=1 \
+        -artifact_prefix=build/fuzz/findings/ "$work" "$corpus" >"$work.log" 2>&1; then
+      cat "$work.log"
+      rm -rf "$work" "$work.log"
+      echo "setup.sh: the $family fuzz target found a problem (input in build/fuzz/findings/)" >&2
+      exit 1
+    fi
+    grep -E '^stat::(number_of_executed_units|average_exec_per_sec|peak_rss_mb)' "$work.log"
+    rm -rf "$work" "$work.log"
+  done
+}
+
 # The Windows build (MinGW-w64 cross compiler) and its whole test suite under headless Wine.
 readonly windowsPackages=(g++-mingw-w64-x86-64-posix googletest wine wine64)
 runWindowsTests() {
@@ -92,6 +128,7 @@ runWindowsTests() {
 
 case "${1:-}" in
   demo) installMissing; runDemo ;;
-  test) installMissing; runTests; runWindowsTests ;;
-  *) echo "usage: $0 demo|test" >&2; exit 2 ;;
+  test) installMissing; runTests; runThreadCheck; runFuzz 30; runWindowsTests ;;
+  fuzz) installMissing; runFuzz "${2:-600}" ;;
+  *) echo "usage: $0 demo|test|fuzz [seconds]" >&2; exit 2 ;;
 esac

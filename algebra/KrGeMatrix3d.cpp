@@ -135,26 +135,32 @@ bool KrGeMatrix3d::isUniScaledOrtho(const KrGeTol& tol) const {
 }
 
 // Adjugate inverse of the 3x3 block: inv = adj(A) / det(A), with adj(A)[i][j] the cofactor
-// C[j][i]. The translation of the inverse map is -inv * t. Everything is computed into locals
-// first, so result may be this matrix.
+// C[j][i]. The translation of the inverse map is -inv * t, written out with the same cofactors
+// and divided by the determinant once: -(c_i0 tx + c_i1 ty + c_i2 tz) / det. On integer entries
+// the cofactors and their sum are exact, so each translation entry is one correctly rounded
+// quotient. Everything is computed into locals first, so result may be this matrix.
 bool KrGeMatrix3d::inverse(KrGeMatrix3d& result, const KrGeTol& tol) const {
   (void)tol;
   const double(&e)[4][4] = entry;
-  const double inverseDet = 1.0 / det();
-  const double r00 = (e[1][1] * e[2][2] - e[1][2] * e[2][1]) * inverseDet;
-  const double r01 = (e[0][2] * e[2][1] - e[0][1] * e[2][2]) * inverseDet;
-  const double r02 = (e[0][1] * e[1][2] - e[0][2] * e[1][1]) * inverseDet;
-  const double r10 = (e[1][2] * e[2][0] - e[1][0] * e[2][2]) * inverseDet;
-  const double r11 = (e[0][0] * e[2][2] - e[0][2] * e[2][0]) * inverseDet;
-  const double r12 = (e[0][2] * e[1][0] - e[0][0] * e[1][2]) * inverseDet;
-  const double r20 = (e[1][0] * e[2][1] - e[1][1] * e[2][0]) * inverseDet;
-  const double r21 = (e[0][1] * e[2][0] - e[0][0] * e[2][1]) * inverseDet;
-  const double r22 = (e[0][0] * e[1][1] - e[0][1] * e[1][0]) * inverseDet;
+  const double determinant = det();
+  const double inverseDet = 1.0 / determinant;
+  const double c00 = e[1][1] * e[2][2] - e[1][2] * e[2][1];
+  const double c01 = e[0][2] * e[2][1] - e[0][1] * e[2][2];
+  const double c02 = e[0][1] * e[1][2] - e[0][2] * e[1][1];
+  const double c10 = e[1][2] * e[2][0] - e[1][0] * e[2][2];
+  const double c11 = e[0][0] * e[2][2] - e[0][2] * e[2][0];
+  const double c12 = e[0][2] * e[1][0] - e[0][0] * e[1][2];
+  const double c20 = e[1][0] * e[2][1] - e[1][1] * e[2][0];
+  const double c21 = e[0][1] * e[2][0] - e[0][0] * e[2][1];
+  const double c22 = e[0][0] * e[1][1] - e[0][1] * e[1][0];
   const double tx = e[0][3], ty = e[1][3], tz = e[2][3];
   double(&r)[4][4] = result.entry;
-  r[0][0] = r00; r[0][1] = r01; r[0][2] = r02; r[0][3] = -(r00 * tx + r01 * ty + r02 * tz);
-  r[1][0] = r10; r[1][1] = r11; r[1][2] = r12; r[1][3] = -(r10 * tx + r11 * ty + r12 * tz);
-  r[2][0] = r20; r[2][1] = r21; r[2][2] = r22; r[2][3] = -(r20 * tx + r21 * ty + r22 * tz);
+  r[0][0] = c00 * inverseDet; r[0][1] = c01 * inverseDet; r[0][2] = c02 * inverseDet;
+  r[1][0] = c10 * inverseDet; r[1][1] = c11 * inverseDet; r[1][2] = c12 * inverseDet;
+  r[2][0] = c20 * inverseDet; r[2][1] = c21 * inverseDet; r[2][2] = c22 * inverseDet;
+  r[0][3] = -(c00 * tx + c01 * ty + c02 * tz) / determinant;
+  r[1][3] = -(c10 * tx + c11 * ty + c12 * tz) / determinant;
+  r[2][3] = -(c20 * tx + c21 * ty + c22 * tz) / determinant;
   return true;
 }
 

@@ -14,6 +14,11 @@ class KrGeCurve3dImpl;
 // counting as within. Operations that return a new entity or fill a list of curves hand
 // ownership of the new facades to the caller (delete them with delete).
 // Evaluation and query operations are const: they never change the curve.
+// Hostile input: each kind states the limits of its derivative orders and sample counts; no call
+// hands out more than 2^20 of either, and a request beyond a limit is reported and answered
+// neutrally or lowered to the limit, as noted below. Nothing throws, except that an operation
+// filling a KrsArray (evalPoint with derivatives, getSamplePoints, explode, getTrimmedOffset)
+// throws KrsException(kOutOfMemory) when that array cannot grow; the array is then left valid.
 class KRGEL_API KrGeCurve3d : public KrGeEntity3d {
 public:
   using KrGeEntity3d::operator=;
@@ -132,11 +137,15 @@ public:
   virtual bool hasStartPoint(KrGePoint3d& startPoint) const;
   virtual bool hasEndPoint(KrGePoint3d& endPoint) const;
   // The point at param and, in derivArray (resized to numDeriv), its first numDeriv
-  // derivatives with respect to the parameter.
+  // derivatives with respect to the parameter. A negative numDeriv reports "(numDeriv<0)" and
+  // empties the array; lines and segments report one above 256 as "(numDeriv>kMaxDerivOrder)" and
+  // empty the array too (arcs: their own limit). The point is always given.
   virtual KrGePoint3d evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const;
   // The point at param.
   virtual KrGePoint3d evalPoint(double param) const;
-  // NumSample points spread evenly over the range.
+  // NumSample points spread evenly over the range; for lines and segments fewer than 2 are
+  // reported and raised to 2, more than 2^20 reported "(numSample>kMaxSampleCount)" and lowered
+  // to 2^20 (arcs: their own rules).
   virtual void getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const;
   // Points and parameters over [fromParam, toParam] whose chords deviate from the
   // curve by at most approxEps.

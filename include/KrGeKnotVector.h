@@ -5,6 +5,11 @@
 //
 // An index outside [0, length()) reports an assertion and reads as 0.0. The operations marked
 // "not implemented" report "(((HRESULT)0x80004001L))" once per process and return a neutral value.
+// Hostile input: a range whose count does not fit an int is reported by the array's range checks
+// and ignored; a multiplicity (insertAt, the raising constructor, split) above 1024 is reported
+// and nothing is added for it. Sizes are limited only by memory: an operation that grows the
+// knots throws KrsException(kOutOfMemory) when the array cannot grow (the vector stays valid);
+// nothing else throws.
 #pragma once
 
 #include "KrGeLExport.h"
@@ -25,7 +30,7 @@ public:
   explicit KrGeKnotVector(const KrsArray<double>& source, double tol = 1e-9);
   KrGeKnotVector(const KrGeKnotVector& source);
   // Every distinct knot of `source` with its multiplicity raised by `plusMult` (nothing added when
-  // plusMult <= 0). A group is a knot and the knots that follow it within the tolerance of it;
+  // plusMult <= 0 or, reported as "(plusMult>kMaxMultiplicity)", above 1024). A group is a knot and the knots that follow it within the tolerance of it;
   // every member is replaced by the group's first value. The tolerance is copied from `source`.
   KrGeKnotVector(int plusMult, const KrGeKnotVector& source);
   virtual ~KrGeKnotVector();
@@ -69,10 +74,12 @@ public:
   // Inserts one copy before the first knot >= knot (at the end if none), no tolerance merging;
   // answers the index of the new knot.
   int insert(double knot);
-  // Inserts `multiplicity` copies of `knot` at `index` (array insertion rules).
+  // Inserts `multiplicity` copies of `knot` at `index` (array insertion rules); above 1024 copies
+  // it reports "(multiplicity>kMaxMultiplicity)" and inserts nothing.
   KrGeKnotVector& insertAt(int index, double knot, int multiplicity = 1);
   KrGeKnotVector& removeAt(int index);
-  // Removes the knots startIndex..endIndex, both inclusive.
+  // Removes the knots startIndex..endIndex, both inclusive; a range that does not fit (also one
+  // whose count overflows an int) is reported by the array and ignored.
   KrGeKnotVector& removeSubVector(int startIndex, int endIndex);
 
   // 0 for an invalid index; else 1 plus the neighbours on each side, taken outwards while they lie
@@ -102,7 +109,9 @@ public:
   int getInterval(int order, double param, KrGeInterval& interval) const;
   // Reports itself as not implemented, then fills `head` with every knot farther than the
   // tolerance from `param` (on both sides, in order) plus `multLast` copies of `param`, and `tail`
-  // with `multFirst` copies of `param` only. A null output is skipped. Returns 0.
+  // with `multFirst` copies of `param` only (each above 1024 is reported and taken as 0). The
+  // head is exactly what inserting its knots one by one with insert() would give, built in
+  // O(n log n). A null output is skipped. Returns 0.
   int split(double param, KrGeKnotVector* head, int multLast, KrGeKnotVector* tail, int multFirst) const;
 
 private:

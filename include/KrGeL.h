@@ -1,4 +1,11 @@
 // Umbrella header: the whole public interface of the library.
+//
+// Hostile input never crashes, hangs or reaches undefined behaviour: NaN, infinities and
+// degenerate geometry get the documented fallback; counts, indices and orders have stated limits
+// beyond which a call is reported and answered neutrally. The one exception is
+// KrsException(kOutOfMemory), from operations that grow a KrsArray (their contracts say so).
+// Distinct objects may be used from distinct threads; the process-wide settings (KrGeContext,
+// the warning switch) are not locked, so a host that changes them serialises that.
 #pragma once
 
 #include "KrGeInterval.h"

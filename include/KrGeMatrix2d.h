@@ -19,8 +19,9 @@ public:
   // The identity.
   constexpr KrGeMatrix2d() noexcept : entry{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}} {}
 
-  double operator()(unsigned row, unsigned column) const { return entry[row][column]; }
-  double& operator()(unsigned row, unsigned column) { return entry[row][column]; }
+  // Entry (row, column); an index above 2 stands for 2 (no check, no report).
+  double operator()(unsigned row, unsigned column) const { return entry[clamp(row)][clamp(column)]; }
+  double& operator()(unsigned row, unsigned column) { return entry[clamp(row)][clamp(column)]; }
 
   KrGeMatrix2d& setToIdentity();
   KrGeVector2d translation() const { return KrGeVector2d(entry[0][2], entry[1][2]); }
@@ -99,4 +100,7 @@ public:
                                     const KrGeVector2d& toXAxis, const KrGeVector2d& toYAxis);
 
   double entry[3][3];
+
+private:
+  static constexpr unsigned clamp(unsigned index) { return index < 2 ? index : 2; }
 };

@@ -23,8 +23,9 @@ public:
   constexpr KrGeMatrix3d() noexcept
       : entry{{1.0, 0.0, 0.0, 0.0}, {0.0, 1.0, 0.0, 0.0}, {0.0, 0.0, 1.0, 0.0}, {0.0, 0.0, 0.0, 1.0}} {}
 
-  double operator()(unsigned row, unsigned column) const { return entry[row][column]; }
-  double& operator()(unsigned row, unsigned column) { return entry[row][column]; }
+  // Entry (row, column); an index above 3 stands for 3 (no check, no report).
+  double operator()(unsigned row, unsigned column) const { return entry[clamp(row)][clamp(column)]; }
+  double& operator()(unsigned row, unsigned column) { return entry[clamp(row)][clamp(column)]; }
 
   KrGeMatrix3d& setToIdentity();
   // Columns 0, 1, 2 := the axes as given (not normalised), column 3 := origin, fourth row :=
@@ -91,9 +92,10 @@ public:
   bool isUniScaledOrtho(const KrGeTol& tol = KrGeContext::gTol) const;
 
   // Writes rows 0 to 2 of result with the inverse affine map: adjugate of the 3x3 block over
-  // det(), translation -inverse * translation. No pivoting and no singularity test: tol is
-  // ignored, the answer is always true, a singular block gives infinities or NaNs. The fourth
-  // row of result is not written.
+  // det(), translation -adjugate * translation divided by det() once (on integer entries each
+  // translation entry is the correctly rounded quotient). No pivoting and no singularity test:
+  // tol is ignored, the answer is always true, a singular block gives infinities or NaNs. The
+  // fourth row of result is not written.
   bool inverse(KrGeMatrix3d& result, const KrGeTol& tol) const;
   // Copy of this matrix (its fourth row kept) with rows 0 to 2 inverted as above.
   KrGeMatrix3d inverse() const;
@@ -148,6 +150,9 @@ public:
                                     const KrGeVector3d& toYAxis, const KrGeVector3d& toZAxis);
 
   double entry[4][4];
+
+private:
+  static constexpr unsigned clamp(unsigned index) { return index < 3 ? index : 3; }
 };
 
 // Matrix products of points and vectors, declared with their classes and defined here, where the

@@ -9,7 +9,7 @@
 class KrGeLine2d;
 class KrGeMatrix2d;
 
-// Coordinates x, y (also [0], [1], no range check). Equality is distance <= equalPoint.
+// Coordinates x, y (also [0], [1]). Equality is distance <= equalPoint.
 class KRGEL_API KrGePoint2d {
 public:
   static const KrGePoint2d kOrigin;  // (0, 0)
@@ -17,8 +17,9 @@ public:
   constexpr KrGePoint2d() noexcept : x(0.0), y(0.0) {}
   constexpr KrGePoint2d(double xx, double yy) noexcept : x(xx), y(yy) {}
 
-  double operator[](unsigned index) const { return (&x)[index]; }
-  double& operator[](unsigned index) { return (&x)[index]; }
+  // 0 is x, every other index y (no check, no report).
+  double operator[](unsigned index) const { return index == 0 ? x : y; }
+  double& operator[](unsigned index) { return index == 0 ? x : y; }
 
   KrGePoint2d& set(double xx, double yy) { x = xx; y = yy; return *this; }
 

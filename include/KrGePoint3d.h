@@ -14,7 +14,7 @@ class KrGePlanarEnt;
 class KrGePlane;
 class KrGePoint2d;
 
-// Coordinates x, y, z (also [0], [1], [2], no range check). Arithmetic takes no tolerance and
+// Coordinates x, y, z (also [0], [1], [2]). Arithmetic takes no tolerance and
 // guards nothing; equality is a distance test against equalPoint with "<=" counting as equal.
 class KRGEL_API KrGePoint3d : public KrsHeapObject {
 public:
@@ -25,8 +25,9 @@ public:
   // plane.evalPoint(point2d): the point of the plane at parameters (u, v).
   KrGePoint3d(const KrGePlanarEnt& plane, const KrGePoint2d& point2d);
 
-  double operator[](unsigned index) const { return (&x)[index]; }
-  double& operator[](unsigned index) { return (&x)[index]; }
+  // 0 is x, 1 is y, and every other index z (no check, no report).
+  double operator[](unsigned index) const { return index == 0 ? x : index == 1 ? y : z; }
+  double& operator[](unsigned index) { return index == 0 ? x : index == 1 ? y : z; }
 
   KrGePoint3d& set(double xx, double yy, double zz) { x = xx; y = yy; z = zz; return *this; }
   // this := plane.evalPoint(point2d).

@@ -30,8 +30,9 @@ public:
   KrGePoint3d point(double param);
   // setCurve(crv), setParameter(param), then point().
   KrGePoint3d point(const KrGeCurve3d& crv, double param);
-  // The derivative of the given order (1 = first) at the parameter; an order below 1 reports
-  // "(order<1)" once and answers the zero vector.
+  // The derivative of the given order (1 = first) at the parameter; an order below 1 or above
+  // 256 reports "(order<1)" or "(order>kMaxDerivOrder)" once and answers the zero vector. Never
+  // throws: should the curve's derivatives not get memory, the answer is the zero vector.
   KrGeVector3d deriv(int order) const;
   KrGeVector3d deriv(int order, double param);
   KrGeVector3d deriv(int order, const KrGeCurve3d& crv, double param);

@@ -1,7 +1,8 @@
 // Real roots of real polynomials. Coefficients come constant term first (c0, c1, ...); roots are
 // written to `roots`, which is emptied first (keeping its allocated block), in the order found
-// (not sorted). Nothing throws; problems are reported through the diagnostics channel and the
-// output holds what was found.
+// (not sorted). Problems are reported through the diagnostics channel and the output holds what
+// was found. The solvers work on fixed storage; only the growth of `roots` can throw
+// (KrsException(kOutOfMemory)), and it needs at most as many places as the degree.
 #pragma once
 
 #include "KrGeLExport.h"
@@ -20,7 +21,8 @@
 // coefficients raise the E_FAIL assertion and the polynomial of degree size - 1 is solved.
 KRGEL_API int methodDecart(const KrsArray<double>& coefficients, KrsArray<double>& roots);
 
-// Real roots of the polynomial of degree size - 1 (no trimming) by Muller's iteration from 0, 1, 2
+// Real roots of the polynomial of degree size - 1 (no trimming, at most 64: a higher degree
+// reports "(degree>kMaxDegree)" and yields no root) by Muller's iteration from 0, 1, 2
 // with deflation, answered as their count; a pair of complex roots is removed without output.
 // With removeMultiple the polynomial is first divided by gcd(p, p'), so each multiple root comes
 // once. Roots are neither polished, sorted nor de-duplicated; a root whose residual on the input

@@ -43,7 +43,9 @@ public:
   // Slot 24: the point at the parameters.
   virtual KrGePoint3d evalPoint(const KrGePoint2d& param) const;
   // Slot 25: the point and its partial derivatives up to order derivOrd (layout above). A
-  // negative order reports "(derivOrd<0)" and gives an empty array.
+  // negative order or one above 256 (33152 derivatives) reports "(derivOrd<0)" or
+  // "(derivOrd>kMaxDerivOrder)" and gives an empty array. The array's growth can throw
+  // KrsException(kOutOfMemory), the one exception of this class.
   virtual KrGePoint3d evalPoint(const KrGePoint2d& param, int derivOrd, KrsArray<KrGeVector3d>& derivatives) const;
   // Slot 26: as slot 25, and the unit normal at the point.
   virtual KrGePoint3d evalPoint(const KrGePoint2d& param, int derivOrd, KrsArray<KrGeVector3d>& derivatives,

@@ -10,7 +10,7 @@
 
 class KrGeMatrix2d;
 
-// Components x, y (also [0], [1], no range check). The arithmetic mirrors KrGeVector3d, but
+// Components x, y (also [0], [1]). The arithmetic mirrors KrGeVector3d, but
 // several tolerance rules differ from 3D and are kept as stated per operation: zero length is
 // length() <= equalVector, normalisation fails at length <= 1e-20, the two-argument
 // perpendicular test uses the raw dot product, and the parallel tests treat a short vector as
@@ -24,8 +24,9 @@ public:
   constexpr KrGeVector2d() noexcept : x(0.0), y(0.0) {}
   constexpr KrGeVector2d(double xx, double yy) noexcept : x(xx), y(yy) {}
 
-  double operator[](unsigned index) const { return (&x)[index]; }
-  double& operator[](unsigned index) { return (&x)[index]; }
+  // 0 is x, every other index y (no check, no report).
+  double operator[](unsigned index) const { return index == 0 ? x : y; }
+  double& operator[](unsigned index) { return index == 0 ? x : y; }
 
   KrGeVector2d& set(double xx, double yy) { x = xx; y = yy; return *this; }
 

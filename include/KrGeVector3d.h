@@ -14,7 +14,7 @@ class KrGeMatrix3d;
 class KrGePlanarEnt;
 class KrGeVector2d;
 
-// Components x, y, z (also reachable as [0], [1], [2], no range check). Arithmetic takes no
+// Components x, y, z (also reachable as [0], [1], [2]). Arithmetic takes no
 // tolerance and guards nothing (division by zero gives infinities or NaNs). Tolerance tests
 // count "<=" as within and a NaN never passes. Direction tests (perpendicular, parallel,
 // codirectional) answer true on zero-length input and say so in their status:
@@ -31,8 +31,9 @@ public:
   // u * axis1 + v * axis2 of the plane (its axes as the plane returns them, not normalised).
   KrGeVector3d(const KrGePlanarEnt& plane, const KrGeVector2d& vector2d);
 
-  double operator[](unsigned index) const { return (&x)[index]; }
-  double& operator[](unsigned index) { return (&x)[index]; }
+  // 0 is x, 1 is y, and every other index z (no check, no report).
+  double operator[](unsigned index) const { return index == 0 ? x : index == 1 ? y : z; }
+  double& operator[](unsigned index) { return index == 0 ? x : index == 1 ? y : z; }
 
   KrGeVector3d& set(double xx, double yy, double zz) { x = xx; y = yy; z = zz; return *this; }
   // this := u * axis1 + v * axis2 of the plane.

@@ -10,6 +10,11 @@
 //
 // The template is compiled into each module that uses it; its checks and the switches
 // "JumpArrOnAdd", "JumpArrOnRemove" and "DefecateMem" are those that module captured at load.
+//
+// Sizes, indices and counts are ints: a negative one is reported and ignored, and a request
+// whose end would pass INT_MAX is ignored (nothing is allocated for it). Within the int range
+// the only limit is memory, met as the exception above: it is the one exception of the library,
+// and every operation of the interface that grows an array says so in its contract.
 #pragma once
 
 #include "KrGeLExport.h"
@@ -307,7 +312,7 @@ void KrsArray<TYPE, ARG_TYPE>::SetCapacity(int nNewMax) {
 template <class TYPE, class ARG_TYPE>
 void KrsArray<TYPE, ARG_TYPE>::SetAtGrow(int nIndex, In newElement) {
   KRS_ASSERT_AT(nIndex >= 0, "KrsTempl", __LINE__);
-  if (nIndex < 0) return;
+  if (nIndex < 0 || nIndex == INT_MAX) return;  // the size it needs, nIndex + 1, is beyond an int
   if (nIndex >= m_nSize) {
     if (m_nSize > 0 && owns(&newElement)) {
       KrsReportSelfInsert("KrsArray::SetAtGrow --- Self-insert, can cause problems !", "KrsTempl", __LINE__);

@@ -19,9 +19,14 @@
 // is looked up again at most once a second (wire format and lookup: docs/monitor-protocol.md).
 // The self-insert reports go out every time on the error channel (not as warnings), so the
 // global warning switch does not silence them.
+// Reports may come from any thread and carry its id; a check site reports at most once per
+// process even when several threads fail it at the same moment. The warning switch and the
+// context globals are plain process-wide values: a host that changes them serialises that.
 #pragma once
 
 #include "KrGeLExport.h"
+
+#include <atomic>
 
 // Bits of the array switches read from the settings file.
 enum KrsArraySwitch : unsigned {
@@ -57,13 +62,14 @@ inline const unsigned arraySwitches = KrsQueryArraySwitches();
 }  // namespace KrsModule
 
 // Check-site macros: one line per site. Texts are the expression as written, in parentheses.
-#define KRS_REPORT_ONCE_AT(text, src, line)                                   \
-  do {                                                                        \
-    static unsigned char krsSiteReported_ = 0;                                \
-    if (KrsModule::assertOn && !krsSiteReported_) {                           \
-      krsSiteReported_ = 1;                                                   \
-      KrsReportAssertion(text, src, line);                                    \
-    }                                                                         \
+// Each site's flag is a one-byte relaxed atomic: reading it costs what a plain byte load costs,
+// and the exchange lets exactly one of several threads that fail the same check at once report.
+#define KRS_REPORT_ONCE_AT(text, src, line)                                                    \
+  do {                                                                                         \
+    static std::atomic<unsigned char> krsSiteReported_{0};                                     \
+    if (KrsModule::assertOn && !krsSiteReported_.load(std::memory_order_relaxed) &&            \
+        !krsSiteReported_.exchange(1, std::memory_order_relaxed))                              \
+      KrsReportAssertion(text, src, line);                                                     \
   } while (0)
 
 // Reports "(cond)" when the invariant `cond` does not hold.
@@ -87,14 +93,13 @@ inline const unsigned arraySwitches = KrsQueryArraySwitches();
 #define KRS_WARN_AT(msg, src, line) KrsReportWarningA(msg, src, line)
 #define KRS_WARN(msg) KrsReportWarningA(msg, __FILE__, __LINE__)
 
-// The once-per-operation self-check notice.
-#define KRS_AUTOTEST_AT(signature, src, line)                                 \
-  do {                                                                        \
-    static unsigned char krsToldOnce_ = 0;                                    \
-    if (!krsToldOnce_) {                                                      \
-      krsToldOnce_ = 1;                                                       \
-      KrsReportNotTested(signature, src, line);                               \
-    }                                                                         \
+// The once-per-operation self-check notice (same once-only flag as a check site).
+#define KRS_AUTOTEST_AT(signature, src, line)                                                  \
+  do {                                                                                         \
+    static std::atomic<unsigned char> krsToldOnce_{0};                                         \
+    if (!krsToldOnce_.load(std::memory_order_relaxed) &&                                       \
+        !krsToldOnce_.exchange(1, std::memory_order_relaxed))                                  \
+      KrsReportNotTested(signature, src, line);                                                \
   } while (0)
 #define KRS_AUTOTEST(signature) KRS_AUTOTEST_AT(signature, __FILE__, __LINE__)
 

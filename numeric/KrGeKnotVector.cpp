@@ -3,9 +3,15 @@
 #include "KrGeInterval.h"
 #include "KrsDiagnostics.h"
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace {
+
+// Most copies of one knot that a single call adds. A spline never needs more copies of a knot
+// than its order, and orders stay far below this; a larger count is a bad argument.
+constexpr int kMaxMultiplicity = 1024;
 
 // Index of the first knot >= value, scanning from the start (knots that compare false with it,
 // NaN, are passed over); the length when there is none.
@@ -15,6 +21,50 @@ int firstAtOrAbove(const KrsArray<double>& knots, double value) {
   int index = 0;
   while (index < count && !(data[index] >= value)) ++index;
   return index;
+}
+
+// Writes to `out` (empty) the order that inserting `arrivals` one by one with insert() leaves,
+// in O(n log n) rather than the O(n^2) of the insertions. insert() puts a value before the first
+// knot >= it, passing over NaN knots, so the numbers end sorted, equal ones in reverse order of
+// arrival (only -0.0 and 0.0 tell them apart); a NaN goes to the end, right after the knot that
+// was last then (the first-arrived of the largest so far), and stays there, since every later
+// number goes either before that knot or before a knot after the NaN; NaNs that came before any
+// number lead.
+void placeAsInserted(const KrsArray<double>& arrivals, KrsArray<double>& out) {
+  const int count = arrivals.GetSize();
+  const double* value = arrivals.GetData();
+  KrsArray<int> numbers, anchor, nextNan;
+  anchor.SetSize(count + 1);  // per arrival: its first anchored NaN, or -1; slot `count` leads
+  nextNan.SetSize(count);
+  int* first = anchor.GetData();
+  int* next = nextNan.GetData();
+  for (int i = 0; i <= count; ++i) first[i] = -1;
+  KrsArray<int> lastNan;
+  lastNan.SetSize(count + 1);
+  int* last = lastNan.GetData();
+  int largest = count;
+  for (int i = 0; i < count; ++i) {
+    next[i] = -1;
+    if (std::isnan(value[i])) {
+      (first[largest] < 0 ? first[largest] : next[last[largest]]) = i;
+      last[largest] = i;
+    } else {
+      numbers.Add(i);
+      if (largest == count || value[i] > value[largest]) largest = i;
+    }
+  }
+  int* order = numbers.GetData();
+  std::sort(order, order + numbers.GetSize(), [value](int a, int b) {
+    return value[a] < value[b] || (!(value[b] < value[a]) && a > b);
+  });
+  out.SetSize(count);
+  double* target = out.GetData();
+  int placed = 0;
+  for (int nan = first[count]; nan >= 0; nan = next[nan]) target[placed++] = value[nan];
+  for (int k = 0; k < numbers.GetSize(); ++k) {
+    target[placed++] = value[order[k]];
+    for (int nan = first[order[k]]; nan >= 0; nan = next[nan]) target[placed++] = value[nan];
+  }
 }
 
 }  // namespace
@@ -37,6 +87,8 @@ KrGeKnotVector::KrGeKnotVector(const KrGeKnotVector& source)
     : m_knots(source.m_knots), m_tolerance(source.m_tolerance) {}
 
 KrGeKnotVector::KrGeKnotVector(int plusMult, const KrGeKnotVector& source) : m_tolerance(source.m_tolerance) {
+  KRS_FAIL_IF(plusMult>kMaxMultiplicity);
+  if (plusMult > kMaxMultiplicity) plusMult = 0;
   const int count = source.m_knots.GetSize();
   const double* knots = source.m_knots.GetData();
   int next = 0;
@@ -150,6 +202,8 @@ int KrGeKnotVector::insert(double knot) {
 }
 
 KrGeKnotVector& KrGeKnotVector::insertAt(int index, double knot, int multiplicity) {
+  KRS_FAIL_IF(multiplicity>kMaxMultiplicity);
+  if (multiplicity > kMaxMultiplicity) return *this;
   m_knots.InsertAt(index, knot, multiplicity);
   return *this;
 }
@@ -160,7 +214,11 @@ KrGeKnotVector& KrGeKnotVector::removeAt(int index) {
 }
 
 KrGeKnotVector& KrGeKnotVector::removeSubVector(int startIndex, int endIndex) {
-  m_knots.RemoveAt(startIndex, endIndex - startIndex + 1);
+  // The count is formed in wide arithmetic and clamped to the int range: indices near the int
+  // limits must not wrap into a count that looks valid. A clamped count never fits, so the
+  // array's own range checks report it and nothing is removed.
+  const long long count = static_cast<long long>(endIndex) - startIndex + 1;
+  m_knots.RemoveAt(startIndex, static_cast<int>(count > INT_MAX ? INT_MAX : count < INT_MIN ? INT_MIN : count));
   return *this;
 }
 
@@ -278,6 +336,9 @@ int KrGeKnotVector::getInterval(int /*order*/, double /*param*/, KrGeInterval& /
 int KrGeKnotVector::split(double param, KrGeKnotVector* head, int multLast, KrGeKnotVector* tail,
                           int multFirst) const {
   KRS_NOT_IMPLEMENTED_AT("KnotVector", 272);
+  KRS_FAIL_IF(multLast>kMaxMultiplicity || multFirst>kMaxMultiplicity);
+  if (multLast > kMaxMultiplicity) multLast = 0;
+  if (multFirst > kMaxMultiplicity) multFirst = 0;
   // An output that is this vector would be emptied before it is read: work from a copy then.
   const bool aliased = head == this || tail == this;
   const KrGeKnotVector copy(aliased ? *this : KrGeKnotVector(m_tolerance));
@@ -287,18 +348,20 @@ int KrGeKnotVector::split(double param, KrGeKnotVector* head, int multLast, KrGe
   const double tol = source.m_tolerance;
 
   if (head) head->removeSubVector(0, head->length() - 1);
-  if (tail) tail->removeSubVector(0, tail->length() - 1);
+  if (tail && tail != head) tail->removeSubVector(0, tail->length() - 1);
 
+  // The head receives, one insert() at a time: the leading knots below `param`, multLast copies
+  // of `param` (then multFirst more when the tail is the head itself), and every later knot
+  // above `param`, each knot only when it lies farther than the tolerance from `param`.
+  KrsArray<double> arrivals;
   int stop = 0;
-  while (stop < count && knots[stop] < param && std::fabs(param - knots[stop]) > tol) {
-    if (head) head->insert(knots[stop]);
-    ++stop;
-  }
-  // Repeated insert(param) puts every copy at the same place: one block insertion does the same.
-  if (head && multLast > 0) head->m_knots.InsertAt(firstAtOrAbove(head->m_knots, param), param, multLast);
-  if (tail && multFirst > 0) tail->m_knots.InsertAt(firstAtOrAbove(tail->m_knots, param), param, multFirst);
+  while (stop < count && knots[stop] < param && std::fabs(param - knots[stop]) > tol) arrivals.Add(knots[stop++]);
+  if (multLast > 0) arrivals.InsertAt(arrivals.GetSize(), param, multLast);
+  if (tail == head && multFirst > 0) arrivals.InsertAt(arrivals.GetSize(), param, multFirst);
   // Knots beyond `param` go to the head as well: it keeps every knot away from the split.
   for (int i = stop; i < count; ++i)
-    if (knots[i] > param && std::fabs(param - knots[i]) > tol && head) head->insert(knots[i]);
+    if (knots[i] > param && std::fabs(param - knots[i]) > tol) arrivals.Add(knots[i]);
+  if (head) placeAsInserted(arrivals, head->m_knots);
+  if (tail && tail != head && multFirst > 0) tail->m_knots.InsertAt(0, param, multFirst);
   return 0;
 }

@@ -30,8 +30,8 @@ Polynom& Polynom::operator=(const Polynom& source) {
 
 Polynom::~Polynom() { release(); }
 
-// Small polynomials (every quartic, the cubics and quadratics behind it) live inside the object,
-// so the closed-form solvers never touch the heap; larger ones own a heap array.
+// Every polynomial the solvers take (degree up to kMaxDegree) lives inside the object, so root
+// finding never touches the heap and cannot fail for memory; larger ones own a heap array.
 void Polynom::allocate(int count) {
   m_coefficients = count <= kLocalCount ? m_local : new double[static_cast<unsigned>(count)];
   m_count = count;

@@ -9,6 +9,9 @@ namespace PolynomRoot {
 // Coefficients of magnitude <= this count as zero when a degree is trimmed or a leading
 // coefficient is chosen.
 constexpr double kZeroCoefficient = 1e-10;
+// Highest degree the iterative solver takes: Muller's iteration with deflation loses its accuracy
+// long before, and every polynomial up to it fits inside a Polynom object.
+constexpr int kMaxDegree = 64;
 
 class Polynom {
 public:
@@ -35,7 +38,7 @@ public:
   void setDegree(int degree);
 
 private:
-  static constexpr int kLocalCount = 12;
+  static constexpr int kLocalCount = kMaxDegree + 1;
 
   void allocate(int count);
   void release();

@@ -135,9 +135,15 @@ int methodDecart(const KrsArray<double>& coefficients, KrsArray<double>& roots) 
     return count;
   }
 
-  Polynom p = fromCoefficients(coefficients, size - 1);
+  // Leading coefficients of magnitude <= 1e-10 drop before anything is copied: a long array
+  // whose significant part is above a quartic has no root here, whatever its length.
+  int significant = size - 1;
+  while (significant > 0 && std::fabs(coefficients.GetData()[significant]) <= PolynomRoot::kZeroCoefficient)
+    --significant;
+  Polynom p = fromCoefficients(coefficients, significant > 4 ? 0 : significant);
   PolynomRoot::clearRoots(roots);
   if (size != 5) KRS_E_FAIL_AT("PolynomRoot", 908);
+  if (significant > 4) return 0;
   PolynomRoot::trimDegree(p);
 
   switch (p.degree()) {
@@ -186,8 +192,12 @@ int methodDecart(const KrsArray<double>& coefficients, KrsArray<double>& roots) 
 }
 
 int methodFindAllRoot(const KrsArray<double>& coefficients, KrsArray<double>& roots, bool removeMultiple) {
-  const Polynom p = fromCoefficients(coefficients, coefficients.GetSize() - 1);
+  using PolynomRoot::kMaxDegree;
+  const int degree = coefficients.GetSize() - 1;
   PolynomRoot::clearRoots(roots);
+  KRS_FAIL_IF(degree>kMaxDegree);
+  if (degree > kMaxDegree) return 0;
+  const Polynom p = fromCoefficients(coefficients, degree);
   const int n = p.degree();
   Polynom working(p);
   if (removeMultiple) {

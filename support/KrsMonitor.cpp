@@ -2,9 +2,11 @@
 
 #include "support/KrsPlatform.h"
 
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
+#include <mutex>
 
 namespace KrsMonitor {
 namespace {
@@ -16,30 +18,43 @@ constexpr std::size_t kMaxSourceBytes = 1024;
 // Every character of the message may take four UTF-8 bytes.
 constexpr std::size_t kDatagramSize = kHeaderWords * 4 + kMaxMessageChars * 4 + kMaxSourceBytes + kExePathSize;
 
+// The executable's name, taken once for the process on the first report of any channel.
+struct ExecutableName {
+  ExecutableName() {
+    if (!KrsPlatform::executablePath(path, sizeof path)) path[0] = '\0';
+    const char* slash = std::strrchr(path, '/');
+    name = slash ? slash + 1 : path;
+    length = std::strlen(name);
+  }
+  char path[kExePathSize] = {};
+  const char* name = path;
+  std::size_t length = 0;
+};
+
+const ExecutableName& executableName() {
+  static const ExecutableName exe;
+  return exe;
+}
+
+// Reports come from any thread. The link and the send back-off are touched only under the
+// channel's lock, so the link is made once and never twice; the two values a report reads
+// before deciding to send (connected, time of the next lookup) are relaxed atomic copies, so a
+// report without a monitor still costs one clock read and takes no lock.
 struct ChannelContext {
-  bool initialised = false;
-  KrsPlatform::MonitorLink window;
-  char exePath[kExePathSize] = {};
-  const char* exeName = exePath;
-  std::size_t exeNameLength = 0;
-  unsigned long long nextLookup = 0;  // while there is no monitor: time of the next lookup
-  unsigned long long waitAgain = 0;   // after a monitor stopped reading: no waiting before this
+  std::mutex lock;
+  KrsPlatform::MonitorLink window;    // under lock
+  unsigned long long waitAgain = 0;   // under lock: after a monitor stopped reading, no waiting before this
+  std::atomic<bool> connected{false};
+  std::atomic<unsigned long long> nextLookup{0};  // while there is no monitor: time of the next lookup
 };
 
 ChannelContext g_channels[kChannelCount];
 
+// Called with the channel's lock held.
 void lookUp(ChannelContext& context) {
   KrsPlatform::connectMonitor(context.window);
-  context.nextLookup = KrsPlatform::coarseMillis() + kLookupIntervalMs;
-}
-
-void initialise(ChannelContext& context) {
-  if (!KrsPlatform::executablePath(context.exePath, sizeof context.exePath)) context.exePath[0] = '\0';
-  const char* slash = std::strrchr(context.exePath, '/');
-  context.exeName = slash ? slash + 1 : context.exePath;
-  context.exeNameLength = std::strlen(context.exeName);
-  lookUp(context);
-  context.initialised = true;
+  context.connected.store(context.window.connected, std::memory_order_relaxed);
+  context.nextLookup.store(KrsPlatform::coarseMillis() + kLookupIntervalMs, std::memory_order_relaxed);
 }
 
 // Encodes one code point as UTF-8; invalid code points become U+FFFD.
@@ -89,16 +104,19 @@ void putWord(unsigned char* at, std::uint32_t value) {
 
 bool available(Channel channel) {
   ChannelContext& context = g_channels[channel];
-  if (!context.initialised) initialise(context);
-  if (context.window.connected) return true;
-  if (KrsPlatform::coarseMillis() < context.nextLookup) return false;
-  lookUp(context);
+  if (context.connected.load(std::memory_order_relaxed)) return true;
+  if (KrsPlatform::coarseMillis() < context.nextLookup.load(std::memory_order_relaxed)) return false;
+  std::lock_guard<std::mutex> guard(context.lock);
+  // Another thread may have looked while this one waited for the lock.
+  if (!context.window.connected && KrsPlatform::coarseMillis() >= context.nextLookup.load(std::memory_order_relaxed))
+    lookUp(context);
   return context.window.connected;
 }
 
 bool send(Channel channel, const wchar_t* message, const char* source, int line, unsigned kind, unsigned code) {
   if (!available(channel)) return false;
   ChannelContext& context = g_channels[channel];
+  const ExecutableName& exe = executableName();
 
   unsigned char datagram[kDatagramSize];
   unsigned char* payload = datagram + kHeaderWords * 4;
@@ -107,7 +125,7 @@ bool send(Channel channel, const wchar_t* message, const char* source, int line,
   const std::size_t sourceBytes = source ? strnlen(source, kMaxSourceBytes) : 0;
   if (sourceBytes) std::memcpy(payload + messageBytes, source, sourceBytes);
   const std::size_t exeOffset = messageBytes + sourceBytes;
-  std::memcpy(payload + exeOffset, context.exeName, context.exeNameLength);
+  std::memcpy(payload + exeOffset, exe.name, exe.length);
 
   // Taken per report, not from the context: a forked child reports under its own id.
   const std::uint32_t processId = KrsPlatform::processId();
@@ -124,13 +142,14 @@ bool send(Channel channel, const wchar_t* message, const char* source, int line,
       kind | kKindFlag,
       code & kCodeMask,
       static_cast<std::uint32_t>(exeOffset),
-      static_cast<std::uint32_t>(context.exeNameLength),
+      static_cast<std::uint32_t>(exe.length),
       kMagic};
   for (int i = 0; i < kHeaderWords; ++i) putWord(datagram + 4 * i, words[i]);
-  const std::size_t size = kHeaderWords * 4 + exeOffset + context.exeNameLength;
+  const std::size_t size = kHeaderWords * 4 + exeOffset + exe.length;
 
   // Delivery is synchronous like a window message, but a monitor that stops reading delays the
   // host at most once a second by the platform's bounded wait.
+  std::lock_guard<std::mutex> guard(context.lock);
   const unsigned long long now = KrsPlatform::coarseMillis();
   KrsPlatform::SendResult result = KrsPlatform::sendToMonitor(context.window, datagram, size, now >= context.waitAgain);
   if (result == KrsPlatform::SendResult::kGone) {

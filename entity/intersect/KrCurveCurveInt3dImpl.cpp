@@ -111,7 +111,9 @@ void KrCurveCurveInt3dImpl::getIntRanges(KrGeInterval& range1, KrGeInterval& ran
   range2 = m_range2;
 }
 
+// A negative index has no slot in either order (and INT_MIN must not be subtracted from).
 int KrCurveCurveInt3dImpl::slotOf(int intNum) const {
+  if (intNum < 0) return -1;
   const int slot = m_orderReversed ? m_numIntPoints - 1 - intNum : intNum;
   return slot >= 0 && slot < kMaxPoints ? slot : -1;
 }

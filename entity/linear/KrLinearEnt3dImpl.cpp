@@ -9,6 +9,7 @@
 #include "KrGeLineSeg3d.h"
 #include "KrGePointEnt3d.h"
 #include "KrsDiagnostics.h"
+#include "entity/core/entity_limits.h"
 
 KrLinearEnt3dImpl::KrLinearEnt3dImpl(bool unbounded)
     : m_origin(KrGePoint3d::kOrigin), m_direction(KrGeVector3d::kXAxis), m_interval(1e-12), m_unbounded(unbounded) {
@@ -99,8 +100,10 @@ KrLinearEnt3dImpl& KrLinearEnt3dImpl::set(const KrGePoint3d& pnt, const KrGeVect
 }
 
 KrGePoint3d KrLinearEnt3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const {
+  using krge::kMaxDerivOrder;
   KRS_FAIL_IF(numDeriv<0);
-  derivArray.SetSize(numDeriv > 0 ? numDeriv : 0);
+  KRS_FAIL_IF(numDeriv>kMaxDerivOrder);
+  derivArray.SetSize(numDeriv > 0 && numDeriv <= kMaxDerivOrder ? numDeriv : 0);
   for (int i = 0; i < derivArray.GetSize(); ++i) derivArray[i] = i == 0 ? m_direction : KrGeVector3d();
   return evalPoint(param);
 }
@@ -159,8 +162,11 @@ bool KrLinearEnt3dImpl::isDegenerate(KrGeEntity3d*& degenerateEntity, const KrGe
 }
 
 void KrLinearEnt3dImpl::getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const {
+  using krge::kMaxSampleCount;
   KRS_FAIL_IF(numSample < 2);
+  KRS_FAIL_IF(numSample>kMaxSampleCount);
   if (numSample < 2) numSample = 2;
+  if (numSample > kMaxSampleCount) numSample = kMaxSampleCount;
   pointArray.SetSize(0);
   if (m_unbounded) {
     KRS_WARN("KrLinearEnt3dImpl::getSamplePoints on unbounded line");

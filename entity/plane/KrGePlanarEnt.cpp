@@ -21,4 +21,4 @@ KrGePoint3d KrGePlanarEnt::pointOnPlane() const { return impl()->pointOnPlane();
 KrGeVector3d KrGePlanarEnt::normal() const { return impl()->normal(); }
 void KrGePlanarEnt::getCoefficients(double& a, double& b, double& c, double& d) const { impl()->getCoefficients(a, b, c, d); }
 void KrGePlanarEnt::getCoordSystem(KrGePoint3d& origin, KrGeVector3d& axis1, KrGeVector3d& axis2) const { impl()->getCoordSystem(origin, axis1, axis2); }
-KrGePlanarEnt& KrGePlanarEnt::operator=(const KrGePlanarEnt& src) { if (this != &src) *impl() = *src.impl(); return *this; }
+KrGePlanarEnt& KrGePlanarEnt::operator=(const KrGePlanarEnt& src) { if (this != &src) *m_pImpl = *src.m_pImpl; return *this; }

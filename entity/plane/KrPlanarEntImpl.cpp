@@ -4,6 +4,7 @@
 
 #include "KrGePlane.h"
 #include "KrsDiagnostics.h"
+#include "entity/core/entity_limits.h"
 #include "entity/linear/KrLinearEnt3dImpl.h"
 #include "entity/plane/plane_math.h"
 
@@ -112,8 +113,10 @@ void KrPlanarEntImpl::getEnvelope(KrGeInterval& intrvlU, KrGeInterval& intrvlV) 
 
 KrGePoint3d KrPlanarEntImpl::evalPoint(const KrGePoint2d& param, int derivOrd, KrsArray<KrGeVector3d>& derivatives,
                                        KrGeVector3d& normal) const {
+  using krge::kMaxDerivOrder;
   KRS_FAIL_IF(derivOrd<0);
-  const int count = derivativeCount(derivOrd);
+  KRS_FAIL_IF(derivOrd>kMaxDerivOrder);
+  const int count = derivOrd <= kMaxDerivOrder ? derivativeCount(derivOrd) : 0;
   derivatives.SetSize(count);
   for (int i = 0; i < count; ++i) derivatives[i] = KrGeVector3d();
   if (count > 0) {

@@ -2,6 +2,8 @@
 
 #include "KrGePointOnCurve3d.h"
 #include "KrsDiagnostics.h"
+#include "KrsException.h"
+#include "entity/core/entity_limits.h"
 
 KrGeEntity3d* KrPointOnCurve3dImpl::copy() const { return copyInto(new KrGePointOnCurve3d(), *this); }
 
@@ -19,13 +21,21 @@ KrGePoint3d KrPointOnCurve3dImpl::point3d() const {
   return m_pCurve ? m_pCurve->evalPoint(m_param) : KrGePoint3d::kOrigin;
 }
 
+// The derivatives are evaluated into an array of their own; should even that not get memory,
+// the answer is the zero vector: this operation never throws.
 KrGeVector3d KrPointOnCurve3dImpl::deriv(int order) const {
+  using krge::kMaxDerivOrder;
   KRS_FAIL_IF(order<1);
+  KRS_FAIL_IF(order>kMaxDerivOrder);
   KRS_FAIL_IF(!m_pCurve);
-  if (order < 1 || !m_pCurve) return KrGeVector3d();
-  KrsArray<KrGeVector3d> derivatives;
-  m_pCurve->evalPoint(m_param, order, derivatives);
-  return derivatives.GetSize() >= order ? derivatives[order - 1] : KrGeVector3d();
+  if (order < 1 || order > kMaxDerivOrder || !m_pCurve) return KrGeVector3d();
+  try {
+    KrsArray<KrGeVector3d> derivatives;
+    m_pCurve->evalPoint(m_param, order, derivatives);
+    return derivatives.GetSize() >= order ? derivatives[order - 1] : KrGeVector3d();
+  } catch (const KrsException&) {
+    return KrGeVector3d();
+  }
 }
 
 void KrPointOnCurve3dImpl::set(const KrGePoint3d& point) {

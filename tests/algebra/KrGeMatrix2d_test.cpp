@@ -1,14 +1,8 @@
-#include "KrGeMatrix2d.h"
+// 2D matrices: inverse round trips, the maps with a centre, and the tests on raw dots and
+// absolute lengths.
+#include "testkit/TestKit.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/algebra/AlgebraRandom.h"
-
-#include <cmath>
-#include <random>
-#include <type_traits>
-
-using namespace algebra_test;
+using namespace testkit;
 
 namespace {
 
@@ -23,49 +17,34 @@ double maxDifference(const KrGeMatrix2d& a, const KrGeMatrix2d& b) {
     for (unsigned j = 0; j < 3; ++j) largest = std::fmax(largest, std::fabs(a(i, j) - b(i, j)));
   return largest;
 }
+
 }  // namespace
 
-TEST(KrGeMatrix2d, IsPlainDataWithIdentityDefault) {
-  static_assert(std::is_trivially_copyable<KrGeMatrix2d>::value, "plain data");
-  EXPECT_EQ(maxDifference(KrGeMatrix2d(), KrGeMatrix2d::kIdentity), 0.0);
-  const KrGeMatrix2d m = fromColumns({1, 2}, {3, 4}, {5, 6});
-  EXPECT_EQ(m.det(), -2.0);
-  EXPECT_EQ(m.scale(), 5.0);
-  EXPECT_EQ((m * KrGePoint2d(1, 1)).x, 9.0);
-  EXPECT_EQ((m * KrGeVector2d(1, 1)).x, 4.0);  // vectors ignore the translation
-}
-
-TEST(KrGeMatrix2d, InverseRoundTripsForRandomAffineMaps) {
-  const unsigned seed = 1729;
-  SCOPED_TRACE(seed);
-  std::mt19937 engine(seed);
-  std::uniform_real_distribution<double> value(-10, 10);
-  for (int i = 0; i < 1000; ++i) {
-    const KrGeMatrix2d m = fromColumns({value(engine), value(engine)}, {value(engine), value(engine)},
-                                       {value(engine), value(engine)});
-    if (std::fabs(m.det()) < 1.0) continue;
-    ASSERT_LE(maxDifference(m.inverse() * m, KrGeMatrix2d::kIdentity), 1e-12);
-  }
+TEST(KrGeMatrix2d, InverseRoundTripsAndMapsKeepTheirCentre) {
+  repeat(1729, 1000, [](Random& random, int) {
+    const KrGeMatrix2d m = fromColumns({random.uniform(-10, 10), random.uniform(-10, 10)},
+                                       {random.uniform(-10, 10), random.uniform(-10, 10)},
+                                       {random.uniform(-10, 10), random.uniform(-10, 10)});
+    if (std::fabs(m.det()) >= 1.0) {
+      ASSERT_LE(maxDifference(m.inverse() * m, KrGeMatrix2d::kIdentity), 1e-12);
+    }
+  });
   KrGeMatrix2d odd = KrGeMatrix2d::scaling(2);
   odd(2, 0) = 9;
   EXPECT_EQ(odd.inverse()(2, 0), 0.0);  // the inverse starts from the identity
-}
-
-TEST(KrGeMatrix2d, RotationMirroringAndAlignment) {
+  const KrGeMatrix2d m = fromColumns({1, 2}, {3, 4}, {5, 6});
+  EXPECT_EQ(m.det(), -2.0);
+  EXPECT_EQ(m.scale(), 5.0);
+  EXPECT_TRUE(std::isnan(fromColumns({1, 0}, {kNaN, 0}).scale()));
+  EXPECT_EQ((m * KrGeVector2d(1, 1)).x, 4.0);  // vectors ignore the translation
   const KrGePoint2d c(1, -2);
-  const KrGeMatrix2d r = KrGeMatrix2d::rotation(kPi / 2, c);
-  EXPECT_TRUE((r * c).isEqualTo(c));
-  EXPECT_TRUE((r * KrGePoint2d(2, -2)).isEqualTo(KrGePoint2d(1, -1)));
-  const KrGeMatrix2d mirror = KrGeMatrix2d::mirroring(c);
-  EXPECT_TRUE((mirror * KrGePoint2d(0, 0)).isEqualTo(KrGePoint2d(2, -4)));
-  EXPECT_LE(maxDifference(mirror * mirror, KrGeMatrix2d::kIdentity), 1e-15);
+  EXPECT_TRUE((KrGeMatrix2d::rotation(kPi / 2, c) * KrGePoint2d(2, -2)).isEqualTo(KrGePoint2d(1, -1)));
+  EXPECT_TRUE((KrGeMatrix2d::mirroring(c) * KrGePoint2d(0, 0)).isEqualTo(KrGePoint2d(2, -4)));
+  EXPECT_TRUE((KrGeMatrix2d::scaling(2, c) * KrGePoint2d(2, -2)).isEqualTo(KrGePoint2d(3, -2)));
   const KrGeMatrix2d align = KrGeMatrix2d::alignCoordSys({1, 1}, {2, 0}, {0, 3}, {-5, 0}, {0, 1}, {-1, 0});
   EXPECT_TRUE((align * KrGePoint2d(1, 1)).isEqualTo(KrGePoint2d(-5, 0)));
   EXPECT_TRUE((align * KrGeVector2d(2, 0)).isEqualTo(KrGeVector2d(0, 1)));
   EXPECT_TRUE((align * KrGeVector2d(0, 3)).isEqualTo(KrGeVector2d(-1, 0)));
-  const KrGeMatrix2d fromVector = KrGeVector2d(3, 4);
-  EXPECT_EQ(fromVector.translation().y, 4.0);
-  EXPECT_TRUE((KrGeMatrix2d::scaling(2, c) * c).isEqualTo(c));
 }
 
 TEST(KrGeMatrix2d, TestsUseTheRawDotAndAbsoluteLengths) {
@@ -84,44 +63,32 @@ TEST(KrGeMatrix2d, TestsUseTheRawDotAndAbsoluteLengths) {
     EXPECT_EQ(m.isScaledOrtho(), row.scaledOrtho);
     EXPECT_EQ(m.isUniScaledOrtho(), row.uniScaledOrtho);
   }
-}
-
-TEST(KrGeMatrix2d, EqualityComparesThreeColumnsButNotTheThirdRow) {
-  KrGeMatrix2d a = KrGeMatrix2d::translation(KrGeVector2d(1, 2));
-  KrGeMatrix2d b = a;
-  b(2, 0) = 42;
+  KrGeMatrix2d a = KrGeMatrix2d::translation(KrGeVector2d(1, 2)), b = a;
+  b(2, 0) = 42;  // the third row is not compared
   EXPECT_TRUE(a == b);
   b(1, 2) = 2 + 2e-10;
   EXPECT_TRUE(a != b);
-  b(1, 2) = 2 + 0.5e-10;
-  EXPECT_TRUE(a == b);
 }
 
 TEST(KrGeMatrix2d, IsConformalReportsScaleAngleAndMirror) {
   double scale = -1, angle = -1;
   bool isMirror = true;
   KrGeVector2d reflex(9, 9);
-  const KrGeMatrix2d rotated = KrGeMatrix2d::rotation(-kPi / 6) * KrGeMatrix2d::scaling(2);
-  ASSERT_TRUE(rotated.isConformal(scale, angle, isMirror, reflex));
+  ASSERT_TRUE((KrGeMatrix2d::rotation(-kPi / 6) * KrGeMatrix2d::scaling(2)).isConformal(scale, angle, isMirror, reflex));
   EXPECT_DOUBLE_EQ(scale, 2.0);
   EXPECT_NEAR(angle, -kPi / 6, 1e-15);
   EXPECT_FALSE(isMirror);
   EXPECT_EQ(reflex.x, 9.0);  // not written without a mirror
-
-  const KrGeMatrix2d mirrored = fromColumns({0, 3}, {3, 0});
-  ASSERT_TRUE(mirrored.isConformal(scale, angle, isMirror, reflex));
+  ASSERT_TRUE(fromColumns({0, 3}, {3, 0}).isConformal(scale, angle, isMirror, reflex));
   EXPECT_TRUE(isMirror);
   EXPECT_EQ(reflex.x, 3.0);
   EXPECT_NEAR(angle, kPi / 2, 1e-15);
-
-  // Fixed 1e-10 threshold on the length difference, independent of the tolerance.
+  // A fixed 1e-10 threshold on the length difference, whatever the tolerance.
   EXPECT_TRUE(fromColumns({1, 0}, {0, 1 + 0.5e-10}).isConformal(scale, angle, isMirror, reflex));
   scale = 7;
   EXPECT_FALSE(fromColumns({1, 0}, {0, 1 + 2e-10}).isConformal(scale, angle, isMirror, reflex));
   EXPECT_FALSE(fromColumns({1, 0}, {0.1, 1}).isConformal(scale, angle, isMirror, reflex));
   EXPECT_EQ(scale, 7.0);  // outputs untouched by the early failures
-  angle = 5;
   EXPECT_FALSE(fromColumns({0, 0}, {0, 0}).isConformal(scale, angle, isMirror, reflex));
   EXPECT_EQ(scale, 0.0);
-  EXPECT_EQ(angle, 0.0);
 }

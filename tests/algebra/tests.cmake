@@ -1,7 +1,6 @@
 list(APPEND KRGEL_TEST_SOURCES
   algebra/KrGeMatrix2d_test.cpp
   algebra/KrGeMatrix3d_test.cpp
-  algebra/KrGePoint3d_test.cpp
   algebra/KrGeTol_test.cpp
   algebra/KrGeVector2d_test.cpp
   algebra/KrGeVector3d_test.cpp

@@ -10,11 +10,9 @@
 
 using ellipse_test::LD;
 using ellipse_test::place;
-using linear_test::within;
 
 namespace {
 
-const double kPi = 3.141592653589793;
 
 KrEllipseFrame frameOf(const KrGeEllipArc3d& e) {
   KrEllipseFrame f;
@@ -37,7 +35,7 @@ double distanceTo(const KrGeEllipArc3d& e, const KrGePoint3d& q, int samples = 4
 }
 
 double distanceToSegment(const KrGePoint3d& q, const KrGePoint3d& p0, const KrGePoint3d& p1) {
-  return linear_test::distanceToSegment(q, linear_test::Segment{p0, p1});
+  return distanceToSegment(q, Segment{p0, p1});
 }
 
 }  // namespace
@@ -45,8 +43,8 @@ double distanceToSegment(const KrGePoint3d& q, const KrGePoint3d& p0, const KrGe
 // Chords through two points of the arc, tangents (touching, and missing by twice the tolerance),
 // steep lines through one point, and segments stopping short.
 TEST(EllipseRelations, LineIntersection_CountsAndPointsOnBothCurves) {
-  const KrGeTol tol = linear_test::tolerance(1e-9);
-  linear_test::repeat(8, 600, [&](linear_test::Random& random, int i) {
+  const KrGeTol tol = tolerance(1e-9, 1e-10);
+  repeat(8, 600, [&](Random& random, int i) {
     const double a = random.magnitude(-2, 2), start = random.uniform(-3, 3), sweep = random.uniform(1, 2 * kPi);
     const ellipse_test::Placed p = place(random, a, random.magnitude(-2, 0), 10, start, start + sweep);
     const double t1 = start + sweep * random.uniform(0.05, 0.45), t2 = start + sweep * random.uniform(0.55, 0.95);
@@ -79,7 +77,7 @@ TEST(EllipseRelations, LineIntersection_CountsAndPointsOnBothCurves) {
 
 // Random planes: as many points as the height changes sign along the arc (sampled), each on both.
 TEST(EllipseRelations, PlaneIntersection_MatchesSampledSignChanges) {
-  linear_test::repeat(9, 400, [](linear_test::Random& random, int) {
+  repeat(9, 400, [](Random& random, int) {
     const double start = random.uniform(-3, 3), sweep = random.uniform(0.5, 2 * kPi);
     const ellipse_test::Placed p = place(random, 2, random.magnitude(-2, 0), 1, start, start + sweep);
     const KrGePlane plane(p.curve.center() + random.unitVector() * random.uniform(0, 2), random.unitVector());
@@ -107,7 +105,7 @@ TEST(EllipseRelations, PlaneIntersection_MatchesSampledSignChanges) {
 // equation changes sign along the first within both arcs; crossing planes through a common point.
 TEST(EllipseRelations, ConicIntersection_CountsMatchSignChangesAndCommonPoints) {
   const double tol = 1e-9;
-  linear_test::repeat(10, 300, [&](linear_test::Random& random, int i) {
+  repeat(10, 300, [&](Random& random, int i) {
     const double s1 = random.uniform(-3, 3), s2 = random.uniform(-3, 3);
     const ellipse_test::Placed p = place(random, 2, random.uniform(0.2, 1), 0, s1, s1 + random.uniform(1, 2 * kPi));
     const double turn = i * 0.7, ra = random.uniform(0.5, 2.5);
@@ -177,7 +175,7 @@ TEST(EllipseRelations, ConicIntersection_CountsMatchSignChangesAndCommonPoints) 
 // ellipse and the sampled distance to the other curve: the same distance, both points on their
 // curves.
 TEST(EllipseRelations, ClosestPair_MatchesDenseSampling) {
-  linear_test::repeat(12, 60, [](linear_test::Random& random, int i) {
+  repeat(12, 60, [](Random& random, int i) {
     const double start = random.uniform(-3, 3);
     const ellipse_test::Placed p = place(random, random.magnitude(-1, 1), random.magnitude(-2, 0), 2, start,
                                          start + random.uniform(0.5, 2 * kPi));

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <vector>
 
-#include "tests/entity/LinearTestKit.h"
+#include "tests/entity/EntityKit.h"
 
 namespace ellipse_test {
 
@@ -102,7 +102,7 @@ struct Placed {
   KrGeVector3d u, v, n;
   KrGePoint3d at(double x, double y, double h) const { return curve.center() + u * x + v * y + n * h; }
 };
-inline Placed place(linear_test::Random& random, double a, double ratio, double reach, double start, double end) {
+inline Placed place(Random& random, double a, double ratio, double reach, double start, double end) {
   Placed p;
   p.u = random.unitVector();
   p.v = p.u.crossProduct(random.unitVector());

@@ -1,17 +1,12 @@
 // Circular arcs: setter rules and reports through the real monitor, the stub rule, and closed forms
 // against brute force, dense sampling and quadrature on fixed-seed inputs of log-uniform size.
-#include "tests/entity/LinearTestKit.h"
+#include "tests/entity/EntityKit.h"
 
 #include <functional>
 
-using linear_test::kInf;
-using linear_test::kNaN;
-using linear_test::recordsOf;
-using linear_test::within;
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 const KrGeVector3d kX = KrGeVector3d::kXAxis, kY = KrGeVector3d::kYAxis, kZ = KrGeVector3d::kZAxis;
 
 // The arc from its accessors, in long double: independent of the library's evaluation.
@@ -50,7 +45,7 @@ struct Naive {
 };
 
 // A random arc of size `scale` (radius within a decade below it) about a centre within `scale`.
-KrGeCircArc3d randomArc(linear_test::Random& random, double scale) {
+KrGeCircArc3d randomArc(Random& random, double scale) {
   const KrGeVector3d n = random.unitVector();
   const double start = random.uniform(-10, 10);
   return KrGeCircArc3d(random.point(scale), n, n.crossProduct(random.unitVector()), scale * random.magnitude(-1, 0),
@@ -63,7 +58,7 @@ void expectWarning(const std::string& text, int line, const std::function<void()
   for (const auto& record : recordsOf(action))
     if (record.message.rfind("WARNING", 0) == 0) warnings.push_back(record);
   ASSERT_EQ(warnings.size(), 1u) << text;
-  EXPECT_EQ(warnings[0].message, linear_test::warningText(text));
+  EXPECT_EQ(warnings[0].message, warningText(text));
   EXPECT_EQ(warnings[0].source, "KrCircArc3dImpl") << text;
   EXPECT_EQ(warnings[0].line, line ? (unsigned)line : warnings[0].line) << text;
 }
@@ -117,8 +112,8 @@ TEST(KrGeCircArc3dNotices, EachOperationTellsOnceAndStubsReportNotImplementedOnc
         "KrCircArc3dImpl& KrCircArc3dImpl::set(curve1, curve2, curve3, p1, p2, p3, flag)",
         "KrGeEntity3d* KrCircArc3dImpl::project(projPlane, projDir, tol)",
         "KrCircArc3dImpl::getTrimmedOffset - fillet/chamfer"})
-    EXPECT_EQ(testkit::countMessage(gFirstCallRecords, linear_test::noticeText(signature)), 1) << signature;
-  EXPECT_EQ(linear_test::countAssertions(gFirstCallRecords, "(((HRESULT)0x80004001L))"), 6);
+    EXPECT_EQ(testkit::countMessage(gFirstCallRecords, noticeText(signature)), 1) << signature;
+  EXPECT_EQ(countAssertions(gFirstCallRecords, "(((HRESULT)0x80004001L))"), 6);
 }
 
 // Each fallback with its text, source and line (0: not fixed), then the repaired state.
@@ -199,8 +194,8 @@ TEST(KrGeCircArc3dSampling, CountsBoundsAndPointsOnTheCircle) {
     arc.getSamplePoints(0.0, 1.0, -1.0, points, params);
     arc.getSamplePoints(1, points);
   });
-  EXPECT_EQ(linear_test::countAssertions(records, "(numSamples<2)"), 1);
-  EXPECT_EQ(linear_test::countAssertions(records, "(approxEps<0)"), 1);
+  EXPECT_EQ(countAssertions(records, "(numSamples<2)"), 1);
+  EXPECT_EQ(countAssertions(records, "(approxEps<0)"), 1);
   expectWarning("KrCircArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used", 0,
                 [&] { arc.getSamplePoints(2147483647, points); });
   ASSERT_EQ(points.GetSize(), 1 << 20);
@@ -210,7 +205,7 @@ TEST(KrGeCircArc3dSampling, CountsBoundsAndPointsOnTheCircle) {
 // Point to arc: the closest point is no farther than the brute-force minimum, lies on the arc,
 // and its parameter gives it back. Every fifth point lies on the axis.
 TEST(KrGeCircArc3dClosest, RandomPointsAgreeWithBruteForce) {
-  linear_test::repeat(20240917, 2000, [](linear_test::Random& random, int trial) {
+  repeat(20240917, 2000, [](Random& random, int trial) {
     const double scale = random.magnitude(-3, 5);
     const KrGeCircArc3d arc = randomArc(random, scale);
     const KrGePoint3d q = trial % 5 ? arc.center() + (random.point(2 * scale) - KrGePoint3d::kOrigin)
@@ -238,7 +233,7 @@ TEST(KrGeCircArc3dClosest, AxisWrapAndGap) {
 // Both blocks hold every sample and are no larger than the samples' extent plus what sampling
 // misses (r (1 - cos(step / 2))): along the axes, and along the flat block's two edges.
 TEST(KrGeCircArc3dBlocks, ExactAgainstDenseSampling) {
-  linear_test::repeat(31337, 300, [](linear_test::Random& random, int) {
+  repeat(31337, 300, [](Random& random, int) {
     const double scale = random.magnitude(-3, 5), gap = 2e-6 * scale;
     const KrGeCircArc3d arc = randomArc(random, scale);
     KrGePoint3d low, high, base;
@@ -285,14 +280,14 @@ TEST(KrGeCircArc3dArea, AgreesWithQuadrature) {
 // dense sampling has a reported point near it; the closest point to the plane is no farther than
 // the nearest sample.
 TEST(KrGeCircArc3dPlane, RandomCrossingsAgreeWithSampling) {
-  linear_test::repeat(4242, 1500, [](linear_test::Random& random, int trial) {
+  repeat(4242, 1500, [](Random& random, int trial) {
     const double scale = random.magnitude(-3, 5);
     const KrGeCircArc3d arc = randomArc(random, scale);
     const Naive naive(arc);
     const KrGePoint3d through = naive.at(naive.start + (naive.end - naive.start) * random.uniform(-0.2, 1.2));
     const KrGePlane plane(through + random.unitVector() * (trial % 3 ? 0.0 : scale * random.magnitude(-3, 0)),
                           random.unitVector());
-    const KrGeTol tol = linear_test::tolerance(1e-9 * scale);
+    const KrGeTol tol = tolerance(1e-9 * scale, 1e-10);
     int count = -1;
     KrGePoint3d points[2], onPlane;
     arc.intersectWith(plane, count, points[0], points[1], tol);
@@ -349,7 +344,7 @@ TEST(KrGeCircArc3dMake, ProjectOffsetAndSplit) {
     for (double z : {3.0, -1.0}) arc.getTrimmedOffset(0.5, kZ * z, offsets, KrGe::kExtend);
     arc.getTrimmedOffset(2.0, -kZ, offsets, KrGe::kExtend);
   });
-  EXPECT_EQ(linear_test::countAssertions(records, "(((HRESULT)0x80070057L))"), 1);
+  EXPECT_EQ(countAssertions(records, "(((HRESULT)0x80070057L))"), 1);
   ASSERT_EQ(offsets.GetSize(), 2);
   EXPECT_EQ(static_cast<KrGeCircArc3d*>(offsets[0])->radius(), 2.5);
   EXPECT_EQ(static_cast<KrGeCircArc3d*>(offsets[1])->radius(), 1.5);

@@ -1,9 +1,7 @@
 // The intersection object: the result model, its deliberate oddities, the candidate test against
 // ranges and degenerate curves, the configurations, and its reports.
-#include "tests/entity/LinearTestKit.h"
+#include "tests/entity/EntityKit.h"
 
-using linear_test::countAssertions;
-using linear_test::within;
 using testkit::MonitorCapture;
 using Config = KrGe::KrGeXConfig;
 
@@ -39,7 +37,7 @@ TEST(KrGeCurveCurveInt3d, Indexes_FourIsAcceptedReversedOrderReadsFromTheEnd) {
   KrGeCurveCurveInt3d crossing(kAlongX, kAlongY);
   KrGePointOnCurve3d onCurve;
   KrGe::KrGeXConfig c1 = KrGe::kUnknown, c2 = KrGe::kUnknown;
-  const auto records = linear_test::recordsOf([&] {
+  const auto records = recordsOf([&] {
     EXPECT_EQ(crossing.intPoint(4), KrGePoint3d::kOrigin);
     EXPECT_EQ(crossing.intPoint(5), KrGePoint3d::kOrigin);
     EXPECT_EQ(crossing.intPoint(-1), KrGePoint3d::kOrigin);
@@ -53,6 +51,7 @@ TEST(KrGeCurveCurveInt3d, Indexes_FourIsAcceptedReversedOrderReadsFromTheEnd) {
   crossing.changeCurveOrder();
   EXPECT_TRUE(within(crossing.intPoint(0), kX, 1e-15));
   EXPECT_EQ(crossing.intPoint(1), KrGePoint3d::kOrigin);
+  EXPECT_EQ(crossing.intPoint(INT_MIN), KrGePoint3d::kOrigin);  // found by fuzzing: no slot, no overflow
   crossing.getPointOnCurve2(0, onCurve);
   EXPECT_EQ(onCurve.curve(), &kAlongY);
   EXPECT_DOUBLE_EQ(onCurve.parameter(), 3.0 / 8.0);
@@ -64,7 +63,7 @@ TEST(KrGeCurveCurveInt3d, NotProvided_ReportOncePerOperationAndLeaveOutputs) {
   KrGeCurveCurveInt3d crossing(kAlongX, kAlongY);
   double p1 = 7.0, p2 = 8.0;
   KrGeInterval r1(2.0, 3.0), r2(4.0, 5.0);
-  const auto records = linear_test::recordsOf([&] {
+  const auto records = recordsOf([&] {
     for (int round = 0; round < 2; ++round) {
       crossing.getIntParams(0, p1, p2);
       EXPECT_EQ(crossing.intPointTol(0), 0.0);
@@ -83,7 +82,7 @@ TEST(KrGeCurveCurveInt3d, NotProvided_ReportOncePerOperationAndLeaveOutputs) {
 
 // Copies share the borrowed curves; transformBy moves the stored points only.
 TEST(KrGeCurveCurveInt3d, Value_CopiesShareCurvesTransformMovesPoints) {
-  const KrGeCurveCurveInt3d crossing(kAlongX, kAlongY, KrGeVector3d(0, 0, 2), linear_test::tolerance(1e-6));
+  const KrGeCurveCurveInt3d crossing(kAlongX, kAlongY, KrGeVector3d(0, 0, 2), tolerance(1e-6, 1e-10));
   KrGeCurveCurveInt3d assigned(kAlongY, kAlongX);
   assigned = crossing;
   std::unique_ptr<KrGeEntity3d> copied(crossing.copy());
@@ -92,8 +91,8 @@ TEST(KrGeCurveCurveInt3d, Value_CopiesShareCurvesTransformMovesPoints) {
   EXPECT_EQ(assigned.curve2(), &kAlongY);
   EXPECT_EQ(assigned.planeNormal(), KrGeVector3d(0, 0, 2));
   EXPECT_EQ(assigned.tolerance().equalPoint(), 1e-6);
-  EXPECT_TRUE(assigned.isOn(kX + KrGeVector3d(0, 0, 1e-6), linear_test::tolerance(1e-6)));
-  EXPECT_FALSE(assigned.isOn(kX + KrGeVector3d(0, 0, 2e-6), linear_test::tolerance(1e-6)));
+  EXPECT_TRUE(assigned.isOn(kX + KrGeVector3d(0, 0, 1e-6), tolerance(1e-6, 1e-10)));
+  EXPECT_FALSE(assigned.isOn(kX + KrGeVector3d(0, 0, 2e-6), tolerance(1e-6, 1e-10)));
   assigned.translateBy(KrGeVector3d(0, 0, 1));
   EXPECT_TRUE(assigned.isOn(kX + KrGeVector3d(0, 0, 1)));
   EXPECT_TRUE(assigned != crossing);
@@ -168,13 +167,13 @@ TEST(KrGeCurveCurveInt3d, LineAndCircle_OrderAndConfigs) {
 // textbook count (two where the distance of centre to line, or of centres, allows a crossing),
 // each on both curves within the tolerance.
 TEST(KrGeCurveCurveInt3d, RandomCirclesAndLines_EveryCrossingFoundOnBothCurves) {
-  linear_test::repeat(43, 3000, [](linear_test::Random& random, int trial) {
+  repeat(43, 3000, [](Random& random, int trial) {
     const double r1 = random.magnitude(-3, 5), scale = r1 * random.magnitude(-1, 1);
     const KrGeVector3d normal = random.unitVector();
     const KrGePoint3d c1 = random.point(1e3);
     const KrGeVector3d side = normal.crossProduct(random.unitVector()).normal();
     const double gap = random.uniform(0.05, 0.95);
-    const KrGeTol tol = linear_test::tolerance(1e-9 * (r1 + scale + c1.asVector().length()));
+    const KrGeTol tol = tolerance(1e-9 * (r1 + scale + c1.asVector().length()), 1e-10);
     const KrGeCircArc3d first(c1, normal, r1);
     // A circle whose centre is `gap` of the way between the two tangent positions, or a line at
     // gap * r1 from the centre.

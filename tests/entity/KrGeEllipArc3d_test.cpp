@@ -7,9 +7,6 @@
 #include <functional>
 
 using ellipse_test::place;
-using linear_test::kNaN;
-using linear_test::recordsOf;
-using linear_test::within;
 
 namespace testkit {
 
@@ -29,11 +26,10 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Ellipse, CurveConformance, ::testing::Types<KrGeE
 
 namespace {
 
-const double kPi = 3.141592653589793;
 const char* const kSource = "KrEllipArc3dImpl";
 
 std::vector<std::string> warningsOf(const std::function<void()>& action) {
-  return linear_test::warningsIn(recordsOf(action));
+  return warningsIn(recordsOf(action));
 }
 
 }  // namespace
@@ -85,7 +81,7 @@ TEST(KrGeEllipArc3d, Set_DegenerateInputFallsBackWithItsWarning) {
     KrGeEllipArc3d ellipse;
     const auto sent = warningsOf([&] { ellipse.set(KrGePoint3d(1, 1, 1), row.major, row.minor, row.ra, row.rb); });
     std::vector<std::string> want;
-    for (const auto& w : row.warnings) want.push_back(linear_test::warningText(w));
+    for (const auto& w : row.warnings) want.push_back(warningText(w));
     EXPECT_EQ(sent, want);
     EXPECT_TRUE(within(ellipse.majorAxis(), row.wantMajor / row.wantMajor.length(), 1e-15));
     EXPECT_TRUE(within(ellipse.minorAxis(), row.wantMinor / row.wantMinor.length(), 1e-15));
@@ -105,9 +101,9 @@ TEST(KrGeEllipArc3d, Set_DegenerateInputFallsBackWithItsWarning) {
     other.setMinorRadius(4);
   });
   EXPECT_EQ(sent, (std::vector<std::string>{
-                      linear_test::warningText("KrEllipArc3dImpl::setCenter - center not finite, origin used"),
-                      linear_test::warningText("KrEllipArc3dImpl::setAngles - angle not finite, full ellipse used"),
-                      linear_test::warningText("KrEllipArc3dImpl::set - minor radius above major, axes exchanged")}));
+                      warningText("KrEllipArc3dImpl::setCenter - center not finite, origin used"),
+                      warningText("KrEllipArc3dImpl::setAngles - angle not finite, full ellipse used"),
+                      warningText("KrEllipArc3dImpl::set - minor radius above major, axes exchanged")}));
   EXPECT_TRUE(other.center() == KrGePoint3d::kOrigin && other.majorRadius() == 4 && other.minorRadius() == 1);
   const auto records = recordsOf([&] { KrGeEllipArc3d().setMajorRadius(-1); });
   ASSERT_EQ(records.size(), 1u);
@@ -117,7 +113,7 @@ TEST(KrGeEllipArc3d, Set_DegenerateInputFallsBackWithItsWarning) {
 // Lengths over eccentricities 0 to 1 - 1e-9, sweeps from 1e-9 to three turns and sizes 1e-3 to
 // 1e3, against adaptive quadrature; paramAtLength must give the length back both ways.
 TEST(KrGeEllipArc3d, Length_MatchesQuadratureAndParamAtLengthRoundTrips) {
-  linear_test::repeat(2024, 1500, [](linear_test::Random& random, int i) {
+  repeat(2024, 1500, [](Random& random, int i) {
     const double oneMinusE = i % 10 == 0 ? 1.0 : random.magnitude(-9, 0);
     const double e = 1 - oneMinusE;
     const double a = random.magnitude(-3, 3);
@@ -142,7 +138,7 @@ TEST(KrGeEllipArc3d, Length_MatchesQuadratureAndParamAtLengthRoundTrips) {
 // reference within 1e-9 of itself (or of 1e-5 a for points that near the curve), beyond the
 // rounding of the target's coordinates.
 TEST(KrGeEllipArc3d, ClosestPoint_MatchesDenseSamplingAtCentreAxesAndEvolute) {
-  linear_test::repeat(77, 2400, [](linear_test::Random& random, int i) {
+  repeat(77, 2400, [](Random& random, int i) {
     const double a = random.magnitude(-2, 2);
     const double ratio = i % 7 == 0 ? 1.0 : random.magnitude(-4, 0);
     const double b = a * ratio;
@@ -181,7 +177,7 @@ TEST(KrGeEllipArc3d, ClosestPoint_MatchesDenseSamplingAtCentreAxesAndEvolute) {
 // Any affine map, mirrors and shears included: the image holds every mapped point at one shifted
 // parameter, keeps its axes orthonormal and its radii ordered, and maps the ends to the ends.
 TEST(KrGeEllipArc3d, TransformBy_AffineImageHoldsTheMappedSamples) {
-  linear_test::repeat(31, 400, [](linear_test::Random& random, int i) {
+  repeat(31, 400, [](Random& random, int i) {
     const double start = random.uniform(-3, 3);
     const ellipse_test::Placed p = place(random, random.magnitude(-2, 2), random.magnitude(-3, 0), 10, start,
                                          start + random.uniform(0.2, 2 * kPi));
@@ -204,7 +200,7 @@ TEST(KrGeEllipArc3d, TransformBy_AffineImageHoldsTheMappedSamples) {
   KrGeEllipArc3d flattened(KrGePoint3d(1, 1, 0), KrGeVector3d(1, 1, 0), KrGeVector3d(-1, 1, 0), 2, 1);
   const auto sent = warningsOf([&] { flattened.transformBy(KrGeMatrix3d::projection(KrGePlane::kYZPlane, KrGeVector3d(1, 0, 0))); });
   EXPECT_EQ(sent, std::vector<std::string>{
-                      linear_test::warningText("KrEllipArc3dImpl::transformBy - ellipse became degenerated, minor radius 0 used")});
+                      warningText("KrEllipArc3dImpl::transformBy - ellipse became degenerated, minor radius 0 used")});
   EXPECT_EQ(flattened.minorRadius(), 0.0);
   KrGe::EntityId kind;
   EXPECT_TRUE(flattened.isDegenerate(kind) && kind == KrGe::kLineSeg3d);
@@ -213,7 +209,7 @@ TEST(KrGeEllipArc3d, TransformBy_AffineImageHoldsTheMappedSamples) {
 // Area against the shoelace sum of a dense polygon; the blocks against dense samples: every
 // sample inside, and each face touched.
 TEST(KrGeEllipArc3d, AreaAndBlocks_AgreeWithDenseSamples) {
-  linear_test::repeat(5, 100, [](linear_test::Random& random, int) {
+  repeat(5, 100, [](Random& random, int) {
     const double start = random.uniform(-4, 4), sweep = random.uniform(1e-3, 2 * kPi);
     const ellipse_test::Placed p = place(random, random.magnitude(-1, 1), random.magnitude(-2, 0), 3, start, start + sweep);
     double area = 0;
@@ -280,7 +276,7 @@ TEST(KrGeEllipArc3d, Degenerate_FlatAndPointSizedEllipsesAnswerEveryQuery) {
     KrGeEllipArc3d().getSamplePoints(0, kNaN, 0.1, points, params);
   });
   EXPECT_EQ(sent, (std::vector<std::string>{
-                      linear_test::warningText("KrEllipArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used"),
-                      linear_test::warningText("KrEllipArc3dImpl::getSamplePoints - non-finite parameter range, no points")}));
+                      warningText("KrEllipArc3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used"),
+                      warningText("KrEllipArc3dImpl::getSamplePoints - non-finite parameter range, no points")}));
   EXPECT_EQ(points.GetSize() + params.GetSize(), 0);
 }

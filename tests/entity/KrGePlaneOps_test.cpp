@@ -1,20 +1,19 @@
 // The point, vector and matrix operations that take a plane or a line.
-#include "tests/entity/LinearTestKit.h"
-
-using linear_test::within;
+#include "tests/entity/EntityKit.h"
 
 // Vectors are converted with the axes as stored (not normalised), points by their parameters;
 // angles are measured in the plane's axes over the whole turn.
 TEST(KrGePlaneOps, Convert2dAndAngles_UseThePlanesAxes) {
   const KrGePlane plane(KrGePoint3d(1, 1, 1), KrGeVector3d(2, 0, 0), KrGeVector3d(1, 1, 0));
   const KrGeVector2d v = KrGeVector3d(3, 5, 7).convert2d(plane);
-  EXPECT_TRUE(v.x == 6.0 && v.y == 8.0);
+  EXPECT_EQ(v.x, 6.0);
+  EXPECT_EQ(v.y, 8.0);
   EXPECT_TRUE(within(KrGeVector3d(plane, KrGeVector2d(1, 2)), KrGeVector3d(4, 2, 0), 0.0));
   EXPECT_TRUE(within(KrGePoint3d(plane, KrGePoint2d(2, 3)), KrGePoint3d(8, 4, 1), 0.0));
   const KrGePoint2d uv = KrGePoint3d(8, 4, 1).convert2d(plane);
   EXPECT_TRUE(std::fabs(uv.x - 2.0) + std::fabs(uv.y - 3.0) < 1e-14);
   const KrGePlane yz(KrGePoint3d(), KrGeVector3d(0, 1, 0), KrGeVector3d(0, 0, 1));
-  const double quarter = 3.141592653589793 / 2;
+  const double quarter = kPi / 2;
   EXPECT_NEAR(KrGeVector3d(5, 0, 1).angleOnPlane(yz), quarter, 1e-15);
   EXPECT_NEAR(KrGeVector3d(0, -1, 0).angleOnPlane(yz), 2 * quarter, 1e-15);
   EXPECT_NEAR(KrGeVector3d(0, 0, -1).angleOnPlane(yz), 3 * quarter, 1e-15);
@@ -24,7 +23,7 @@ TEST(KrGePlaneOps, Convert2dAndAngles_UseThePlanesAxes) {
 // agrees and is idempotent); mirroring negates heights and twice is the identity; the plane frames
 // map the plane onto XY and back.
 TEST(KrGePlaneOps, RandomPlanes_ProjectMirrorAndFrames) {
-  linear_test::repeat(71, 200, [&](linear_test::Random& random, int) {
+  repeat(71, 200, [&](Random& random, int) {
     const KrGePoint3d origin = random.point(20), point = random.point(30);
     const KrGeVector3d u = random.unitVector() * random.uniform(0.5, 2), direction = random.unitVector();
     const KrGePlane plane(origin, u, random.unitVector() * random.uniform(0.5, 2));
@@ -34,11 +33,13 @@ TEST(KrGePlaneOps, RandomPlanes_ProjectMirrorAndFrames) {
     EXPECT_LE((projected - point).crossProduct(direction).length(), 1e-11 * (1 + (projected - point).length()));
     EXPECT_NEAR(point.distanceTo(foot), std::fabs(plane.signedDistanceTo(point)), 1e-11);
     const KrGeMatrix3d projection = KrGeMatrix3d::projection(plane, direction);
-    EXPECT_TRUE(within(projection * point, projected, 1e-10) && within(projection * projected, projected, 1e-10));
+    EXPECT_TRUE(within(projection * point, projected, 1e-10));
+    EXPECT_TRUE(within(projection * projected, projected, 1e-10));
 
     KrGePoint3d image = point;
     EXPECT_NEAR(plane.signedDistanceTo(image.mirror(plane)), -plane.signedDistanceTo(point), 1e-11);
-    EXPECT_TRUE(within(image.orthoProject(plane), foot, 1e-11) && within(image.mirror(plane), point, 1e-11));
+    EXPECT_TRUE(within(image.orthoProject(plane), foot, 1e-11));
+    EXPECT_TRUE(within(image.mirror(plane), point, 1e-11));
     const KrGeMatrix3d mirroring = KrGeMatrix3d::mirroring(plane);
     EXPECT_NEAR(mirroring.det(), -1.0, 1e-12);
     EXPECT_TRUE((mirroring * mirroring).isEqualTo(KrGeMatrix3d::kIdentity, KrGeTol()));
@@ -70,7 +71,6 @@ TEST(KrGePlaneOps, VectorProject_StatusOnlyForDirectionsInThePlane) {
   EXPECT_EQ(status, KrGe::k0Arg1);
   EXPECT_FALSE(std::isfinite(vector.project(normal, KrGeVector3d(1, 1, 0), KrGeTol(), status).x));
   EXPECT_EQ(status, KrGe::kPerpendicularArg1Arg2);
-  const auto records =
-      linear_test::recordsOf([&] { EXPECT_EQ(vector.project(KrGeVector3d(), KrGeVector3d(0, 0, 1)).z, 0.0); });
-  EXPECT_EQ(linear_test::warningsIn(records).size(), 1u);
+  const auto records = recordsOf([&] { EXPECT_EQ(vector.project(KrGeVector3d(), KrGeVector3d(0, 0, 1)).z, 0.0); });
+  EXPECT_EQ(warningsIn(records).size(), 1u);
 }

@@ -1,16 +1,14 @@
 // Tangent constructions with arcs, checked against textbook closed forms and the defining
 // properties (touch points on the curves, radii perpendicular there).
-#include "tests/entity/LinearTestKit.h"
+#include "tests/entity/EntityKit.h"
 
-using linear_test::within;
 
 namespace {
-const double kPi = 3.141592653589793;
 const KrGeVector3d kZ(0, 0, 1);
 
 double cosineBetween(const KrGeVector3d& a, const KrGeVector3d& b) { return a.dotProduct(b) / (a.length() * b.length()); }
 
-KrGeVector3d across(const KrGeVector3d& n, linear_test::Random& random) {
+KrGeVector3d across(const KrGeVector3d& n, Random& random) {
   const KrGeVector3d v = n.crossProduct(random.unitVector());
   return v / v.length();
 }
@@ -55,7 +53,7 @@ TEST(TangentSegment, ThroughPoint_PicksTheTouchInsideTheRange) {
 // Any circle, any outside point of its plane: the touch point is on the circle and the radius
 // there is perpendicular to the segment.
 TEST(TangentSegment, ThroughPoint_RandomCirclesTouchPerpendicularly) {
-  linear_test::repeat(91, 2000, [](linear_test::Random& random, int) {
+  repeat(91, 2000, [](Random& random, int) {
     const double radius = random.magnitude(-3, 5);
     const KrGePoint3d centre = random.point(1e3);
     const KrGeVector3d normal = random.unitVector();
@@ -128,7 +126,7 @@ Fillet filletOf(const KrGeCurve3d& a, const KrGeCurve3d& b, double radius) {
 // the corner, its centre lies on the bisector at R / sin phi, and it sweeps pi - 2 phi. Any
 // plane, any scale.
 TEST(TangentCircle, FilletOfTwoSegments_TextbookCorner) {
-  linear_test::repeat(17, 2000, [](linear_test::Random& random, int) {
+  repeat(17, 2000, [](Random& random, int) {
     const double scale = random.magnitude(-3, 5);
     const KrGePoint3d corner = random.point(10 * scale);
     const KrGeVector3d normal = random.unitVector(), d1 = across(normal, random);
@@ -184,12 +182,12 @@ TEST(TangentCircle, FilletOfZeroRadius_ReportsTheThreePointFailure) {
   ASSERT_TRUE(testkit::MonitorCapture::active());
   const KrGeLineSeg3d a(KrGePoint3d(0, 0, 0), KrGePoint3d(1, 0, 0)), b(KrGePoint3d(0, 0, 0), KrGePoint3d(0, 1, 0));
   Fillet fillet;
-  const auto warnings = linear_test::warningsIn(linear_test::recordsOf([&] { fillet = filletOf(a, b, 0.0); }));
+  const auto warnings = warningsIn(recordsOf([&] { fillet = filletOf(a, b, 0.0); }));
   EXPECT_FALSE(fillet.success);
   EXPECT_EQ(fillet.param1, -1);
   const std::vector<std::string> wanted = {
-      linear_test::warningText("KrCircArc3dImpl::set, by 3pt - kLinearlyDependentArg1Arg2Arg3"),
-      linear_test::warningText("set() fail")};
+      warningText("KrCircArc3dImpl::set, by 3pt - kLinearlyDependentArg1Arg2Arg3"),
+      warningText("set() fail")};
   EXPECT_EQ(warnings, wanted);
 }
 
@@ -210,7 +208,7 @@ InCircle inCircleOf(const KrGeCurve3d& a, const KrGeCurve3d& b, const KrGeCurve3
 // opposite the corners), with radius = area / half perimeter; it runs from its touch on the first
 // line through the second to the third.
 TEST(TangentCircle, InCircleOfThreeLines_TextbookInCentre) {
-  linear_test::repeat(29, 2000, [](linear_test::Random& random, int) {
+  repeat(29, 2000, [](Random& random, int) {
     const double scale = random.magnitude(-3, 5);
     const KrGePoint3d a = random.point(scale), b = random.point(scale), c = random.point(scale);
     const double la = b.distanceTo(c), lb = c.distanceTo(a), lc = a.distanceTo(b);
@@ -240,8 +238,8 @@ TEST(TangentCircle, InCircleOfThreeLines_NoTriangleOrOtherKinds) {
   EXPECT_FALSE(inCircleOf(x, y, KrGeLine3d(KrGePoint3d(0, 0, 0), KrGeVector3d(1, 1, 0))).success);
   EXPECT_FALSE(inCircleOf(x, y, KrGeLine3d(KrGePoint3d(0, 5, 0), KrGeVector3d(1, 0, 0))).success);
   InCircle withArc;
-  const auto records = linear_test::recordsOf([&] { withArc = inCircleOf(x, KrGeCircArc3d(), y); });
+  const auto records = recordsOf([&] { withArc = inCircleOf(x, KrGeCircArc3d(), y); });
   EXPECT_FALSE(withArc.success);
-  EXPECT_EQ(linear_test::countAssertions(records, "(((HRESULT)0x80004001L))"), 1);
+  EXPECT_EQ(countAssertions(records, "(((HRESULT)0x80004001L))"), 1);
   EXPECT_TRUE(withArc.arc.isEqualTo(KrGeCircArc3d()));
 }

@@ -3,7 +3,6 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/KrEnt3dImpl_test.cpp
   entity/KrGeCurve3d_test.cpp
   entity/KrGeLinearEnt3d_test.cpp
-  entity/KrGeLine3d_test.cpp
   entity/KrGeLineSeg3d_test.cpp
   entity/LinearConformance_test.cpp
   entity/KrGeBoundBlock3d_test.cpp

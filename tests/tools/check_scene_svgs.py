@@ -38,6 +38,12 @@ def check(tool, scene, folder):
     for entity in entities:
         if entity.get("data-name") not in labels:
             problems.append(f"entity {entity.get('data-name')} has no label")
+    for curve in (e for e in marks if "curve" in classes(e)):  # fillets, offsets, tangents
+        if curve.get("data-name") not in labels:
+            problems.append(f"constructed curve {curve.get('data-name')} has no label")
+    for box in (e for e in marks if "box" in classes(e)):
+        if not box.get("d", "").endswith("Z"):
+            problems.append("a box outline is not closed")
     if not any("scalebar" in classes(e) for e in elements):
         problems.append("no scale bar")
     return problems

@@ -152,4 +152,24 @@ void constructCommonTangent(Scene& scene, const std::vector<Arg>& args, Result& 
   markPoint(result, args[2].named->curve().evalPoint(param2));
 }
 
+void constructIncircle(Scene& scene, const std::vector<Arg>& args, Result& result) {
+  auto circle = std::make_unique<KrGeCircArc3d>();
+  double params[3] = {0.0, 0.0, 0.0};
+  bool success = false;
+  circle->set(args[1].named->curve(), args[2].named->curve(), args[3].named->curve(), params[0], params[1], params[2],
+              success);
+  if (!success)
+    throw SceneError("no circle touches " + args[1].name + ", " + args[2].name + " and " + args[3].name +
+                     " (the lines must cross pairwise in one plane, not all through one point)");
+  result.point("center", circle->center());
+  result.number("radius", circle->radius());
+  KrGePoint3d touches[3];
+  for (int i = 0; i < 3; ++i) {
+    result.number("param on " + args[1 + i].name, params[i]);
+    touches[i] = args[1 + i].named->curve().evalPoint(params[i]);
+  }
+  adoptCurve(scene, args[0].name, std::move(circle), kArcKind, result);
+  for (const KrGePoint3d& touch : touches) markPoint(result, touch);
+}
+
 }  // namespace krgescene

@@ -3,12 +3,14 @@
 #include <cmath>
 
 #include "KrGeCircArc3d.h"
+#include "KrGeEllipArc3d.h"
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
 #include "KrGeMatrix3d.h"
 #include "KrGePlane.h"
 #include "KrGePointEnt3d.h"
 #include "SceneHandlers.h"
+#include "SceneOutput.h"
 
 namespace krgescene {
 
@@ -87,6 +89,24 @@ void defineArc3(Scene& scene, const std::vector<Arg>& args, Result& result) {
   arc->set(args[1].point, args[2].point, args[3].point, status);
   if (status != KrGe::kOk) throw SceneError("degenerate arc: P1, P2 and P3 lie on one line or coincide");
   store(scene, args[0].name, kArcKind, std::move(arc), result);
+}
+
+void defineEllipse(Scene& scene, const std::vector<Arg>& args, Result& result) {
+  const KrGeVector3d& majorAxis = args[2].vector;
+  const KrGeVector3d& minorAxis = args[3].vector;
+  const double majorRadius = args[4].number, minorRadius = args[5].number;
+  // Without START and END the full ellipse.
+  auto ellipse = args[6].present ? std::make_unique<KrGeEllipArc3d>(args[1].point, majorAxis, minorAxis, majorRadius,
+                                                                      minorRadius, args[6].number, args[7].number)
+                                 : std::make_unique<KrGeEllipArc3d>(args[1].point, majorAxis, minorAxis, majorRadius,
+                                                                      minorRadius);
+  requireDirection("ellipse", "MAJORAXIS", majorAxis);
+  requireDirection("ellipse", "MINORAXIS", minorAxis);
+  if (majorAxis.isParallelTo(minorAxis)) throw SceneError("degenerate ellipse: MINORAXIS is parallel to MAJORAXIS");
+  if (!(majorRadius > 0.0)) throw SceneError("degenerate ellipse: MAJOR must be positive, got " + formatNumber(majorRadius));
+  if (!(minorRadius > 0.0)) throw SceneError("degenerate ellipse: MINOR must be positive, got " + formatNumber(minorRadius));
+  // A minor radius above the major one is kept: the library exchanges the axes, every point stays.
+  store(scene, args[0].name, kEllipseKind, std::move(ellipse), result);
 }
 
 void defineCopy(Scene& scene, const std::vector<Arg>& args, Result& result) {

@@ -18,6 +18,7 @@ KRGESCENE_HANDLER(definePlane);
 KRGESCENE_HANDLER(defineCircle);
 KRGESCENE_HANDLER(defineArc);
 KRGESCENE_HANDLER(defineArc3);
+KRGESCENE_HANDLER(defineEllipse);
 KRGESCENE_HANDLER(defineCopy);
 
 KRGESCENE_HANDLER(translateEntity);
@@ -35,6 +36,7 @@ KRGESCENE_HANDLER(queryClosest);
 KRGESCENE_HANDLER(queryProjClosest);
 KRGESCENE_HANDLER(queryIntersect);
 KRGESCENE_HANDLER(queryBound);
+KRGESCENE_HANDLER(queryBox);
 KRGESCENE_HANDLER(queryDegenerate);
 
 KRGESCENE_HANDLER(constructOffset);
@@ -42,6 +44,7 @@ KRGESCENE_HANDLER(constructTangentAt);
 KRGESCENE_HANDLER(constructFillet);
 KRGESCENE_HANDLER(constructTangent);
 KRGESCENE_HANDLER(constructCommonTangent);
+KRGESCENE_HANDLER(constructIncircle);
 
 #undef KRGESCENE_HANDLER
 

@@ -8,7 +8,7 @@ namespace krgescene {
 
 namespace {
 
-constexpr Kind kAllKinds[] = {kPointKind, kVectorKind, kLineKind, kSegmentKind, kPlaneKind, kArcKind};
+constexpr Kind kAllKinds[] = {kPointKind, kVectorKind, kLineKind, kSegmentKind, kPlaneKind, kArcKind, kEllipseKind};
 
 bool isValidName(const std::string& name) {
   if (name.empty() || name.size() > 64) return false;
@@ -20,9 +20,12 @@ bool isValidName(const std::string& name) {
   return true;
 }
 
-std::string withArticle(const std::string& noun) { return (noun[0] == 'a' ? "an " : "a ") + noun; }
-
 }  // namespace
+
+std::string withArticle(const std::string& noun) {
+  const bool vowel = noun[0] == 'a' || noun[0] == 'e' || noun[0] == 'i' || noun[0] == 'o' || noun[0] == 'u';
+  return (vowel ? "an " : "a ") + noun;
+}
 
 const char* kindName(Kind kind) {
   switch (kind) {
@@ -32,6 +35,7 @@ const char* kindName(Kind kind) {
     case kSegmentKind: return "segment";
     case kPlaneKind: return "plane";
     case kArcKind: return "arc";
+    case kEllipseKind: return "ellipse";
   }
   return "entity";
 }
@@ -55,6 +59,7 @@ bool kindOfEntity(const KrGeEntity3d& entity, Kind& kind) {
     case KrGe::kLineSeg3d: kind = kSegmentKind; return true;
     case KrGe::kPlane: kind = kPlaneKind; return true;
     case KrGe::kCircArc3d: kind = kArcKind; return true;
+    case KrGe::kEllipArc3d: kind = kEllipseKind; return true;
     default: return false;
   }
 }

@@ -24,13 +24,16 @@ enum Kind : unsigned {
   kSegmentKind = 1u << 3,
   kPlaneKind = 1u << 4,
   kArcKind = 1u << 5,  // circles are full arcs
+  kEllipseKind = 1u << 6,
 };
 constexpr unsigned kLinearKinds = kLineKind | kSegmentKind;
-constexpr unsigned kCurveKinds = kLinearKinds | kArcKind;
+constexpr unsigned kCurveKinds = kLinearKinds | kArcKind | kEllipseKind;
 constexpr unsigned kEntityKinds = kPointKind | kCurveKinds | kPlaneKind;
 
 // The word a message or a JSON record uses for a kind ("segment", "arc").
 const char* kindName(Kind kind);
+// "an arc", "a segment": the noun with its article.
+std::string withArticle(const std::string& noun);
 // "point or segment" for a set of kinds.
 std::string kindList(unsigned kinds);
 // The scene kind of an entity the library made (false for kinds a scene cannot name yet).
@@ -74,11 +77,13 @@ struct Mark {
     kPoint,   // a cross at `a` (intersection, evaluation, sample)
     kPair,    // a dashed line from `a` to `b` (closest pair)
     kBox,     // the outline of the axis-aligned box from `a` to `b`
+    kBlock,   // the outline of the parallelepiped at `a` spanned by `sides`
     kLine,    // the unbounded line through `a` and `b` (two planes' common line)
     kCurve,   // a constructed curve (offset, fillet), drawn in the result colour
   };
   Type type = kPoint;
   KrGePoint3d a, b;
+  KrGeVector3d sides[3];  // kBlock
   std::string curveName;  // kCurve: the scene name holding it
   std::string label;
 };

@@ -53,6 +53,11 @@ Json jsonMark(const Mark& mark) {
       json["min"] = triple(mark.a);
       json["max"] = triple(mark.b);
       break;
+    case Mark::kBlock:
+      json["type"] = "block";
+      json["base"] = triple(mark.a);
+      json["sides"] = Json::array({triple(mark.sides[0]), triple(mark.sides[1]), triple(mark.sides[2])});
+      break;
     case Mark::kLine:
       json["type"] = "line";
       json["through"] = triple(mark.a);

@@ -43,9 +43,36 @@ std::string escape(const std::string& text) {
   return out;
 }
 
-std::string px(double value) {
+// A pixel coordinate with two decimals. Pictures of long scenes hold millions of them, so the
+// usual range is written by hand (printf's exact decimal conversion dominated the run time).
+void appendPx(std::string& out, double value) {
+  if (!(std::fabs(value) < 1e12)) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.2f", value);
+    out += text;
+    return;
+  }
+  const long long hundredths = std::llround(value * 100.0);
+  unsigned long long magnitude = static_cast<unsigned long long>(hundredths < 0 ? -hundredths : hundredths);
   char text[32];
-  std::snprintf(text, sizeof text, "%.2f", value);
+  char* end = text + sizeof text;
+  char* at = end;
+  *--at = static_cast<char>('0' + magnitude % 10);
+  magnitude /= 10;
+  *--at = static_cast<char>('0' + magnitude % 10);
+  magnitude /= 10;
+  *--at = '.';
+  do {
+    *--at = static_cast<char>('0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude > 0);
+  if (hundredths < 0) *--at = '-';
+  out.append(at, end);
+}
+
+std::string px(double value) {
+  std::string text;
+  appendPx(text, value);
   return text;
 }
 
@@ -61,6 +88,7 @@ void curveShape(const ViewFrame& frame, const KrGeCurve3d& curve, Shape& shape) 
   KrsArray<KrGePoint3d> samples;
   curve.getSamplePoints(curve.isKindOf(KrGe::kLinearEnt3d) ? 2 : kCurveSamples, samples);
   shape.type = Shape::kPolyline;
+  shape.points.reserve(static_cast<std::size_t>(samples.GetSize()));
   for (int i = 0; i < samples.GetSize(); ++i) shape.points.push_back(frame.project(samples[i]));
 }
 
@@ -107,6 +135,11 @@ Shape markShape(const ViewFrame& frame, const Scene& scene, const Mark& mark, in
       shape.cssClass = "mark box";
       shape.points = boxOutline(frame, mark.a, mark.b);
       break;
+    case Mark::kBlock:
+      shape.type = Shape::kPolygon;
+      shape.cssClass = "mark box block";
+      shape.points = blockOutline(frame, mark.a, mark.sides[0], mark.sides[1], mark.sides[2]);
+      break;
     case Mark::kLine:
       shape.type = Shape::kUnbounded;
       shape.cssClass = "mark line";
@@ -122,9 +155,24 @@ Shape markShape(const ViewFrame& frame, const Scene& scene, const Mark& mark, in
   return shape;
 }
 
+// Points closer than a quarter pixel to the last one written add nothing to the picture and are
+// left out (the last point of the path is always written).
 std::string pathData(const std::vector<Point2>& pixels, bool closed) {
+  constexpr double kQuarterPixel = 0.25;
   std::string data;
-  for (std::size_t i = 0; i < pixels.size(); ++i) data += (i == 0 ? "M" : " L") + px(pixels[i].u) + " " + px(pixels[i].v);
+  data.reserve(16 * pixels.size());
+  Point2 last;
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const bool final = i + 1 == pixels.size();
+    if (i > 0 && !final && std::fabs(pixels[i].u - last.u) < kQuarterPixel &&
+        std::fabs(pixels[i].v - last.v) < kQuarterPixel)
+      continue;
+    data += i == 0 ? "M" : " L";
+    appendPx(data, pixels[i].u);
+    data += ' ';
+    appendPx(data, pixels[i].v);
+    last = pixels[i];
+  }
   if (closed) data += " Z";
   return data;
 }
@@ -186,6 +234,7 @@ std::string element(const Viewport& viewport, const Shape& shape, Point2& labelA
     case Shape::kPolyline:
     case Shape::kPolygon: {
       std::vector<Point2> pixels;
+      pixels.reserve(shape.points.size());
       for (const Point2& point : shape.points) pixels.push_back(viewport.toPixels(point));
       labelAt = halfway(pixels);
       return "<path" + attributes + " d=\"" + pathData(pixels, shape.type == Shape::kPolygon) + "\"/>";
@@ -241,6 +290,7 @@ constexpr const char* kStyle =
     "  .mark { fill: none; stroke: #c8102e; stroke-width: 2; }\n"
     "  .mark.pair { stroke-dasharray: 6 4; stroke-width: 1.5; }\n"
     "  .mark.box { stroke: #2e8540; stroke-width: 1.2; stroke-dasharray: 3 3; }\n"
+    "  .mark.box.block { stroke: #6b3fa0; }\n"
     "  .mark.curve, .mark.line { stroke: #e07b00; stroke-width: 2.5; }\n"
     "  .label { font: 13px sans-serif; fill: #1d4f91; }\n"
     "  .label.result { fill: #b35f00; }\n"

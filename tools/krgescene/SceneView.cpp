@@ -108,11 +108,19 @@ bool clipLine(const Viewport& viewport, const Point2& anchor, const Point2& dire
   return true;
 }
 
-// Andrew's monotone chain over the eight corners.
 std::vector<Point2> boxOutline(const ViewFrame& frame, const KrGePoint3d& low, const KrGePoint3d& high) {
+  const KrGeVector3d edges = high - low;
+  return blockOutline(frame, low, KrGeVector3d(edges.x, 0, 0), KrGeVector3d(0, edges.y, 0),
+                      KrGeVector3d(0, 0, edges.z));
+}
+
+// Andrew's monotone chain over the eight corners.
+std::vector<Point2> blockOutline(const ViewFrame& frame, const KrGePoint3d& base, const KrGeVector3d& side1,
+                                 const KrGeVector3d& side2, const KrGeVector3d& side3) {
   std::vector<Point2> corners;
   for (int i = 0; i < 8; ++i)
-    corners.push_back(frame.project(KrGePoint3d(i & 1 ? high.x : low.x, i & 2 ? high.y : low.y, i & 4 ? high.z : low.z)));
+    corners.push_back(frame.project(base + (i & 1 ? side1 : KrGeVector3d()) + (i & 2 ? side2 : KrGeVector3d()) +
+                                    (i & 4 ? side3 : KrGeVector3d())));
   std::sort(corners.begin(), corners.end(),
             [](const Point2& a, const Point2& b) { return a.u < b.u || (a.u == b.u && a.v < b.v); });
   std::vector<Point2> hull(16);

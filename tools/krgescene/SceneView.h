@@ -57,6 +57,9 @@ bool clipLine(const Viewport& viewport, const Point2& anchor, const Point2& dire
 // The outline of the projection of the box with corners `low` and `high`: the convex hull of its
 // eight projected corners, counter-clockwise.
 std::vector<Point2> boxOutline(const ViewFrame& frame, const KrGePoint3d& low, const KrGePoint3d& high);
+// The same for the parallelepiped at `base` spanned by the three sides.
+std::vector<Point2> blockOutline(const ViewFrame& frame, const KrGePoint3d& base, const KrGeVector3d& side1,
+                                 const KrGeVector3d& side2, const KrGeVector3d& side3);
 
 // The largest 1, 2 or 5 times a power of ten not above `limit` (limit > 0).
 double niceLength(double limit);

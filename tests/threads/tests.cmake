@@ -1,0 +1,3 @@
+list(APPEND KRGEL_TEST_SOURCES
+  threads/KrGeLThreads_test.cpp
+)
