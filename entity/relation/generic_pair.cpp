@@ -49,6 +49,9 @@ void evaluate(const Side& one, const Side& two, const Metric& metric, double s, 
 
 void newtonClosest(const Side& one, const Side& two, const Metric& metric, double s, double t, double sLo, double sHi,
                    double tLo, double tHi, Best& best) {
+  // Evaluations per refinement at most (backtracking included), so that no input can stall it.
+  constexpr int kMaxEvaluations = 200;
+  int evaluations = 0;
   PairState state;
   state.spanS = one.spanOf(sLo, sHi);
   state.spanT = two.spanOf(tLo, tHi);
@@ -82,7 +85,7 @@ void newtonClosest(const Side& one, const Side& two, const Metric& metric, doubl
     }
     bool accepted = false;
     PairState next = state;
-    for (double lambda = 1.0; lambda > 1e-12; lambda *= 0.5) {
+    for (double lambda = 1.0; lambda > 1e-12 && evaluations < kMaxEvaluations; lambda *= 0.5, ++evaluations) {
       const double ns = std::max(sLo, std::min(sHi, state.s + lambda * ds));
       const double nt = std::max(tLo, std::min(tHi, state.t + lambda * dt));
       if (ns == state.s && nt == state.t) break;

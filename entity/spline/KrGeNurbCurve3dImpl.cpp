@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "KrGeEllipArc3d.h"
 #include "KrGeLineSeg3d.h"
@@ -232,14 +233,14 @@ void KrGeNurbCurve3dImpl::insertKnot(double u) {
   while (k < m_knots.length() && m_knots[k] < u) ++k;
   m_knots.insertAt(k, u, 1);
   const int m = m_knots.length();
-  const int p = m_degree;
+  const long long p = m_degree;  // any stored degree, without overflow in k - p and j + p
   const KrsArray<KrGePoint3d> old(m_controlPoints);
   const int oldCount = old.GetSize();
   m_controlPoints.SetSize(m);
   for (int j = 0; j < m; ++j) {
     double a = 1.0;
     if (j > k - p && j < k + 1 && j + p < m) {
-      const double span = m_knots[j + p] - m_knots[j];
+      const double span = m_knots[static_cast<int>(j + p)] - m_knots[j];
       if (span != 0.0) a = (u - m_knots[j]) / span;
     }
     KrGePoint3d value = KrGePoint3d::kOrigin;
@@ -275,7 +276,8 @@ void KrGeNurbCurve3dImpl::elevateDegree(int plusDegree) {
   KRS_FAIL_IF_AT(plusDegree < 0, kSource, 720);
   // Saturating: a degree can never wrap around.
   const long long degree = static_cast<long long>(m_degree) + plusDegree;
-  m_degree = static_cast<int>(std::max<long long>(INT32_MIN, std::min<long long>(INT32_MAX, degree)));
+  m_degree = static_cast<int>(std::max<long long>(std::numeric_limits<int>::min(),
+                                                  std::min<long long>(std::numeric_limits<int>::max(), degree)));
   refresh();
 }
 
@@ -285,7 +287,8 @@ KrGePoint3d KrGeNurbCurve3dImpl::evaluatePoint(double u) const {
   const int m = m_knots.length();
   if (p > n) {
     KrGeVector3d sum(0.0, 0.0, 0.0);
-    for (int i = 0; i < n; ++i) sum += basisValue(u, i, p + 1) * m_controlPoints[i].asVector();
+    const int order = p < std::numeric_limits<int>::max() ? p + 1 : p;
+    for (int i = 0; i < n; ++i) sum += basisValue(u, i, order) * m_controlPoints[i].asVector();
     return KrGePoint3d::kOrigin + sum;
   }
   if (m == 0 || p < 0 || p > kMaxBasisOrder - 1) return KrGePoint3d::kOrigin;

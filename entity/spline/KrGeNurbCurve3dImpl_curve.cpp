@@ -180,7 +180,7 @@ void KrGeNurbCurve3dImpl::getSamplePoints(double fromParam, double toParam, doub
   add(a);
   // Between knots the chord of a step h deviates at most h^2 max|C''| / 8; |C''| is bounded by
   // its largest value at the samples of a first pass, doubled for safety.
-  for (int i = 0; i + 1 < breaks.GetSize(); ++i) {
+  for (int i = 0; i + 1 < breaks.GetSize() && pointArray.GetSize() < kMaxCount; ++i) {
     const double from = std::max(a, breaks[i]), to = std::min(b, breaks[i + 1]);
     if (!(from < to)) continue;
     double curvature = 0.0;
@@ -193,7 +193,8 @@ void KrGeNurbCurve3dImpl::getSamplePoints(double fromParam, double toParam, doub
     const double step = curvature > 0.0 ? std::sqrt(8.0 * eps / (2.0 * curvature)) : (to - from);
     const double pieces = std::min(static_cast<double>(kMaxCount), std::ceil((to - from) / step));
     const int n = std::max(1, static_cast<int>(pieces));
-    for (int j = 1; j <= n; ++j) add(j == n ? to : from + (to - from) * (static_cast<double>(j) / n));
+    for (int j = 1; j <= n && pointArray.GetSize() < kMaxCount; ++j)
+      add(j == n ? to : from + (to - from) * (static_cast<double>(j) / n));
   }
   if (paramArray.GetSize() == 1 && b > a) add(b);
 }

@@ -66,6 +66,8 @@ void refine(const KrNurbsForm& form, int span, const KrGePoint3d& point, double 
 
 constexpr double kFlatShare = 0.05;
 constexpr int kMaxDepth = 48;
+// Pieces examined per span at most (the bound of the search, reached only by degenerate input).
+constexpr int kMaxPops = 4096;
 
 // Halves the homogeneous Bezier points `source` of degree p by de Casteljau at the middle into
 // `left` and `right` (4 (p + 1) doubles each; convex combinations only).
@@ -112,7 +114,7 @@ void searchSpan(const KrNurbsForm& form, int span, double from, double to, const
   ranges[1] = to;
   depths[top++] = 0;
   const double q[3] = {point.x, point.y, point.z};
-  while (top > 0) {
+  for (int pops = 0; top > 0 && pops < kMaxPops; ++pops) {
     --top;
     const double* h = buffer + static_cast<std::size_t>(stride) * top;
     const double a = ranges[2 * top], b = ranges[2 * top + 1];

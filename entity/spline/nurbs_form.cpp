@@ -252,8 +252,13 @@ void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKno
     h[2] = w * points[i].z;
     h[3] = w;
   }
+  for (double v : form.hw)
+    if (!std::isfinite(v)) return;
   form.valid = true;
   krNurbsPrepare(form);
+  // Coordinates so large that the weighted or Bezier points overflow are not evaluable.
+  for (double v : form.spanBox)
+    if (!std::isfinite(v)) form.valid = false;
 }
 
 void krNurbsPrepare(KrNurbsForm& form) {

@@ -45,7 +45,7 @@ struct KrNurbsForm {
 // Builds the form from a definition. It is valid when 1 <= degree <= kKrNurbsMaxDegree, at
 // least degree + 1 control points are in use, every knot is finite and not below its
 // predecessor, knots[degree] < knots[count], every control point is finite and, for a rational
-// curve, every weight in use is finite and > 0. Surplus control points (beyond knots - degree -
+// curve, every weight in use is finite and > 0, and no weighted or Bezier point overflows. Surplus control points (beyond knots - degree -
 // 1) and surplus weights are not used.
 void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKnots, const KrGePoint3d* points,
                   int numPoints, const double* weights, int numWeights);

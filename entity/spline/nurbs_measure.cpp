@@ -8,6 +8,8 @@ namespace {
 
 constexpr int kNewtonSteps = 60;
 constexpr int kBoxDepth = 40;
+// Bezier pieces examined per span at most; past it the remaining control hulls are taken whole.
+constexpr int kBoxPieces = 4096;
 
 double speed(const KrNurbsForm& form, double t) {
   KrGeVector3d d[2];
@@ -111,7 +113,7 @@ struct Bezier {
 // Grows [low, high] to the exact range of the Bezier piece within slack: its end points are
 // curve points; while the control hull of a coordinate reaches beyond the range by more than
 // slack the piece is halved (de Casteljau on homogeneous points, a convex scheme).
-void refineBox(const Bezier& bez, double slack, double* low, double* high, int depth) {
+void refineBox(const Bezier& bez, double slack, double* low, double* high, int depth, int& budget) {
   const int p = bez.degree;
   bool outside = false;
   for (int c = 0; c < 3; ++c) {
@@ -125,7 +127,7 @@ void refineBox(const Bezier& bez, double slack, double* low, double* high, int d
       if (v < low[c] - slack || v > high[c] + slack) outside = true;
     }
   if (!outside) return;
-  if (depth >= kBoxDepth) {
+  if (depth >= kBoxDepth || --budget <= 0) {
     for (int j = 1; j < p; ++j)
       for (int c = 0; c < 3; ++c) {
         const double v = bez.h[j][c] / bez.h[j][3];
@@ -150,8 +152,8 @@ void refineBox(const Bezier& bez, double slack, double* low, double* high, int d
       right.h[p - r][c] = work[p - r][c];
     }
   }
-  refineBox(left, slack, low, high, depth + 1);
-  refineBox(right, slack, low, high, depth + 1);
+  refineBox(left, slack, low, high, depth + 1, budget);
+  refineBox(right, slack, low, high, depth + 1, budget);
 }
 
 }  // namespace
@@ -171,7 +173,8 @@ void krNurbsExactBox(const KrNurbsForm& form, double a, double b, double slack, 
       for (int i = 0; i < p; ++i) args[i] = i < p - j ? from : to;
       krNurbsBlossom(form, s, args, bez.h[j]);
     }
-    refineBox(bez, slack, lo, hi, 0);
+    int budget = kBoxPieces;
+    refineBox(bez, slack, lo, hi, 0, budget);
   }
   low = KrGePoint3d(lo[0], lo[1], lo[2]);
   high = KrGePoint3d(hi[0], hi[1], hi[2]);
