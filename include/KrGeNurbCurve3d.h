@@ -31,8 +31,10 @@ class KrGeNurbCurve3dImpl;
 // planar or linear, no split pieces; nothing is reported.
 //   evalPoint(param, n): the point and derivatives 1..n (rational ones by the quotient rule);
 //     the derivative at a knot is the one of the span to its right (left at the range end).
-//     n < 0 gives none, n above 1048576 gives 1048576.
-//   getSamplePoints(numSample): evenly in the parameter (at least 2, at most 1048576 points).
+//     n < 0 gives none, n above 1048576 gives 1048576 with the warning
+//     "KrNurbCurve3dImpl::evalPoint - numDeriv above 1048576, 1048576 used".
+//   getSamplePoints(numSample): evenly in the parameter (at least 2 points; above 1048576,
+//     1048576 with "KrNurbCurve3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used").
 //   getSamplePoints(from, to, approxEps): every knot of the range is a sample; between knots the
 //     step h keeps h^2 M / 8 below max(approxEps, 1e-12 |curve|), M twice the largest |C''| at
 //     2p + 3 probes of the span (at most 1048576 points; non-finite ranges give none).

@@ -123,6 +123,8 @@ KrGePoint3d KrGeNurbCurve3dImpl::evalPoint(double param) const {
 }
 
 KrGePoint3d KrGeNurbCurve3dImpl::evalPoint(double param, int numDeriv, KrsArray<KrGeVector3d>& derivArray) const {
+  if (numDeriv > kMaxCount)
+    KRS_WARN_AT("KrNurbCurve3dImpl::evalPoint - numDeriv above 1048576, 1048576 used", kReportSource, __LINE__);
   const int count = std::max(0, std::min(numDeriv, kMaxCount));
   derivArray.SetSize(count);
   if (!valid()) {
@@ -151,6 +153,8 @@ KrGePoint3d KrGeNurbCurve3dImpl::evalPoint(double param, int numDeriv, KrsArray<
 
 void KrGeNurbCurve3dImpl::getSamplePoints(int numSample, KrsArray<KrGePoint3d>& pointArray) const {
   pointArray.RemoveAll();
+  if (numSample > kMaxCount)
+    KRS_WARN_AT("KrNurbCurve3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used", kReportSource, __LINE__);
   if (!valid()) return;
   const int count = std::max(2, std::min(numSample, kMaxCount));
   pointArray.SetSize(count);

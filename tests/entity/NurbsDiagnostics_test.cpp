@@ -1,7 +1,7 @@
 // The reports of the spline base and the NURBS curve through the real monitor: every site with
 // its exact expression, source and line, each once per process although every call is made
 // twice. The calls run before any test, so that no other test has used a site first.
-#include "tests/entity/LinearTestKit.h"
+#include "testkit/TestKit.h"
 
 #include "KrGeNurbCurve3d.h"
 
@@ -15,7 +15,7 @@ std::vector<testkit::Record> gRecords;
 
 struct NurbsCallsEnvironment : ::testing::Environment {
   void SetUp() override {
-    gRecords = linear_test::recordsOf([] {
+    gRecords = testkit::recordsOf([] {
       for (int round = 0; round < 2; ++round) {
         KrsArray<KrGePoint3d> points, fit;
         points.Add(KrGePoint3d(0, 0, 0));
@@ -62,6 +62,10 @@ struct NurbsCallsEnvironment : ::testing::Environment {
         curve.basisValue(0.5, 7, 2);
         KrsArray<void*> offsets;
         curve.getTrimmedOffset(1.0, KrGeVector3d::kZAxis, offsets);
+        KrsArray<KrGeVector3d> derivatives;
+        curve.evalPoint(0.5, INT_MAX, derivatives);
+        KrsArray<KrGePoint3d> samples;
+        curve.getSamplePoints(INT_MAX, samples);
         curve.isRational();
         curve.degree();
         curve.order();
@@ -116,6 +120,12 @@ TEST(NurbsDiagnostics, EverySiteReportsItsTextOnce) {
       EXPECT_EQ(count(row.expression, row.source, line), 1) << row.expression << " " << row.source << ":" << line;
       ++expected;
     }
+  // The caps of hostile counts are warnings, sent on every call.
+  for (const char* text : {"KrNurbCurve3dImpl::evalPoint - numDeriv above 1048576, 1048576 used",
+                           "KrNurbCurve3dImpl::getSamplePoints - numSamples above 1048576, 1048576 used"}) {
+    EXPECT_EQ(testkit::countMessage(gRecords, testkit::warningText(text)), 2) << text;
+    expected += 2;
+  }
   EXPECT_EQ(static_cast<int>(gRecords.size()), expected);
 }
 
