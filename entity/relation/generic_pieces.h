@@ -152,7 +152,8 @@ public:
         const std::size_t at = m_bezier.size();
         m_bezier.resize(at + static_cast<std::size_t>(form.bezierStride()));
         if (from == form.knots[s] && to == form.knots[s + 1]) {
-          std::copy(form.bezierOf(s), form.bezierOf(s) + form.bezierStride(), m_bezier.begin() + static_cast<long>(at));
+          const double* source = form.bezierOf(s);
+          for (int i = 0; i < form.bezierStride(); ++i) m_bezier[at + static_cast<std::size_t>(i)] = source[i];
         } else {
           for (int j = 0; j <= form.degree; ++j) {
             for (int i = 0; i < form.degree; ++i) args[i] = i < form.degree - j ? from : to;
@@ -188,7 +189,7 @@ public:
       double* right = left + stride;
       const double* source = &m_bezier[stride * at];
       double work[(kKrNurbsMaxDegree + 1) * 4];
-      std::copy(source, source + stride, work);
+      for (std::size_t i = 0; i < stride; ++i) work[i] = source[i];
       for (int c = 0; c < 4; ++c) {
         left[c] = work[c];
         right[4 * p + c] = work[4 * p + c];
@@ -282,7 +283,7 @@ private:
   const KrNurbsForm* m_nurbs = nullptr;
   bool m_boundedLo = false, m_boundedHi = false;
   double m_leaf = 0.0;
-  std::vector<double> m_bezier;  // per node, for NURBS sides
+  KrDoubles m_bezier;  // per node, for NURBS sides
   mutable KrsArray<KrGeVector3d> m_derivs;
 };
 

@@ -140,11 +140,11 @@ KrGePoint3d KrGeNurbCurve3dImpl::evalPoint(double param, int numDeriv, KrsArray<
     return KrGePoint3d(few[0].x, few[0].y, few[0].z);
   }
   KrGeVector3d local[8];
-  std::vector<KrGeVector3d> heap;
+  KrsArray<KrGeVector3d> heap;
   KrGeVector3d* out = local;
   if (count + 1 > 8) {
-    heap.resize(static_cast<std::size_t>(count) + 1);
-    out = heap.data();
+    heap.SetSize(count + 1);
+    out = heap.GetData();
   }
   krNurbsDerivs(m_form, param, count, out);
   for (int i = 0; i < count; ++i) derivArray[i] = out[i + 1];

@@ -242,7 +242,8 @@ void krNurbsBuild(KrNurbsForm& form, int degree, const double* knots, int numKno
   }
   form.count = count;
   form.rational = rational;
-  form.knots.assign(knots, knots + usedKnots);
+  form.knots.resize(static_cast<std::size_t>(usedKnots));
+  for (int i = 0; i < usedKnots; ++i) form.knots[static_cast<std::size_t>(i)] = knots[i];
   form.hw.resize(4 * static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     const double w = rational ? weights[i] : 1.0;
@@ -435,10 +436,11 @@ void krNurbsPieceHull(const KrNurbsForm& form, double a, double b, KrGePoint3d& 
 void krNurbsInsertKnot(KrNurbsForm& form, double u, int times) {
   const int p = form.degree;
   for (int t = 0; t < times && t < p + 1; ++t) {
-    const std::vector<double>& k = form.knots;
+    const KrDoubles& k = form.knots;
     int s = form.count - 1;
     while (s > p && k[s] > u) --s;
-    std::vector<double> hw(4 * static_cast<std::size_t>(form.count + 1));
+    KrDoubles hw;
+    hw.resize(4 * static_cast<std::size_t>(form.count + 1));
     for (int i = 0; i <= form.count; ++i) {
       double* q = &hw[4 * static_cast<std::size_t>(i)];
       if (i <= s - p) {
@@ -465,13 +467,20 @@ KrNurbsForm krNurbsExtract(const KrNurbsForm& source, double a, double b) {
   KrNurbsForm form = source;
   const int p = form.degree;
   auto multiplicity = [&form](double u) {
-    return static_cast<int>(std::count(form.knots.begin(), form.knots.end(), u));
+    int count = 0;
+    for (double k : form.knots) count += k == u ? 1 : 0;
+    return count;
   };
   krNurbsInsertKnot(form, a, std::max(0, p - multiplicity(a)));
   krNurbsInsertKnot(form, b, std::max(0, p - multiplicity(b)));
-  const std::vector<double>& k = form.knots;
-  const int lastA = static_cast<int>(std::upper_bound(k.begin(), k.end(), a) - k.begin()) - 1;
-  const int firstB = static_cast<int>(std::lower_bound(k.begin(), k.end(), b) - k.begin());
+  const KrDoubles& k = form.knots;
+  // The last knot <= a and the first knot >= b (the knots are sorted).
+  const int numKnots = static_cast<int>(k.size());
+  int lastA = -1, firstB = numKnots;
+  for (int i = 0; i < numKnots; ++i) {
+    if (k[static_cast<std::size_t>(i)] <= a) lastA = i;
+    if (firstB == numKnots && k[static_cast<std::size_t>(i)] >= b) firstB = i;
+  }
   const int firstPoint = lastA - p;
   const int lastPoint = firstB - 1;
   KrNurbsForm piece;
@@ -482,7 +491,8 @@ KrNurbsForm krNurbsExtract(const KrNurbsForm& source, double a, double b) {
   piece.knots.assign(static_cast<std::size_t>(2 * (p + 1) + interior), b);
   for (int i = 0; i <= p; ++i) piece.knots[static_cast<std::size_t>(i)] = a;
   for (int i = 0; i < interior; ++i) piece.knots[static_cast<std::size_t>(p + 1 + i)] = k[lastA + 1 + i];
-  piece.hw.assign(form.hw.begin() + 4 * firstPoint, form.hw.begin() + 4 * (lastPoint + 1));
+  piece.hw.resize(4 * static_cast<std::size_t>(piece.count));
+  for (std::size_t i = 0; i < piece.hw.size(); ++i) piece.hw[i] = form.hw[4 * static_cast<std::size_t>(firstPoint) + i];
   piece.valid = piece.count >= p + 1 && a < b;
   return piece;
 }

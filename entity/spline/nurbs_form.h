@@ -4,7 +4,7 @@
 // algorithms (evaluation, length, nearest point, bounds, splitting) read only this form.
 #pragma once
 
-#include <vector>
+#include <cstddef>
 
 #include "KrGePoint3d.h"
 #include "KrsArray.h"
@@ -13,18 +13,74 @@
 // Highest degree the curve algorithms evaluate (basis tables live on the stack).
 constexpr int kKrNurbsMaxDegree = 32;
 
+// A growable run of doubles, copied deeply. Plain code rather than a standard container, so that
+// no template of the standard library is instantiated for the library's own data.
+class KrDoubles {
+public:
+  KrDoubles() = default;
+  KrDoubles(const KrDoubles& other) { *this = other; }
+  KrDoubles& operator=(const KrDoubles& other) {
+    if (this == &other) return *this;
+    resize(other.m_size);
+    for (std::size_t i = 0; i < m_size; ++i) m_data[i] = other.m_data[i];
+    return *this;
+  }
+  ~KrDoubles() { delete[] m_data; }
+
+  std::size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
+  double* data() { return m_data; }
+  const double* data() const { return m_data; }
+  double& operator[](std::size_t i) { return m_data[i]; }
+  const double& operator[](std::size_t i) const { return m_data[i]; }
+  const double* begin() const { return m_data; }
+  const double* end() const { return m_data + m_size; }
+  void clear() { m_size = 0; }
+  // New places are zero.
+  void resize(std::size_t n) {
+    if (n > m_capacity) {
+      const std::size_t capacity = n > 2 * m_capacity ? n : 2 * m_capacity;
+      double* grown = new double[capacity];
+      for (std::size_t i = 0; i < m_size; ++i) grown[i] = m_data[i];
+      delete[] m_data;
+      m_data = grown;
+      m_capacity = capacity;
+    }
+    for (std::size_t i = m_size; i < n; ++i) m_data[i] = 0.0;
+    m_size = n;
+  }
+  void assign(std::size_t n, double value) {
+    resize(n);
+    for (std::size_t i = 0; i < n; ++i) m_data[i] = value;
+  }
+  void swap(KrDoubles& other) {
+    double* data = m_data;
+    m_data = other.m_data;
+    other.m_data = data;
+    const std::size_t size = m_size, capacity = m_capacity;
+    m_size = other.m_size;
+    m_capacity = other.m_capacity;
+    other.m_size = size;
+    other.m_capacity = capacity;
+  }
+
+private:
+  double* m_data = nullptr;
+  std::size_t m_size = 0, m_capacity = 0;
+};
+
 struct KrNurbsForm {
   int degree = 0;
   int count = 0;           // control points in use: min(stored, knots - degree - 1)
   bool rational = false;
   bool valid = false;      // see krNurbsBuild for the conditions
-  std::vector<double> knots;  // count + degree + 1 values when valid
-  std::vector<double> hw;     // 4 per control point
+  KrDoubles knots;  // count + degree + 1 values when valid
+  KrDoubles hw;     // 4 per control point
   // Per span s (degree <= s < count): its Bezier control points, homogeneous, (degree + 1) * 4
   // doubles from bezier[bezierStride() * (s - degree)], and the box of the projected ones
   // (6 doubles: low xyz, high xyz); zero for empty spans. Filled by krNurbsPrepare.
-  std::vector<double> bezier;
-  std::vector<double> spanBox;
+  KrDoubles bezier;
+  KrDoubles spanBox;
 
   int bezierStride() const { return 4 * (degree + 1); }
   const double* bezierOf(int span) const { return &bezier[static_cast<std::size_t>(bezierStride()) * (span - degree)]; }
