@@ -103,7 +103,7 @@ inline void curveStep(Input& in, KrGeCurve3d& curve, const KrGeCurve3d& other) {
     }
     case 18: {
       KrsArray<KrGeVector3d> derivatives;
-      mayRunOutOfMemory([&] { keep(curve.evalPoint(in.real(), in.integer(), derivatives)); });
+      mayRunOutOfMemory([&] { keep(curve.evalPoint(in.real(), in.order(), derivatives)); });
       break;
     }
     case 19: {

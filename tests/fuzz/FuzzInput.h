@@ -61,6 +61,14 @@ public:
     return n > 4096 && n < INT_MAX - 1 ? n % 4096 : n;
   }
 
+  // A derivative order: as integer(), but only the first few orders of an input may reach the
+  // library's cap of 2^20 (each costs a cap-sized array); later ones are kept below 4096.
+  int order() {
+    const int n = integer();
+    if (n <= 4096 || n >= INT_MAX - 1) return n;
+    return m_hugeOrders++ < 4 ? n : n % 4096;
+  }
+
   bool flag() { return (byte() & 1) != 0; }
   unsigned below(unsigned bound) { return bound ? byte() % bound : 0; }
 
@@ -115,6 +123,7 @@ private:
   const std::uint8_t* m_data;
   std::size_t m_size;
   std::size_t m_used = 0;
+  int m_hugeOrders = 0;
 };
 
 // Results are kept, so that no computation is optimised away.
@@ -143,3 +152,13 @@ void mayRunOutOfMemory(Operation operation) {
     return "allocator_may_return_null=1:max_allocation_size_mb=64:detect_leaks=1";           \
   }                                                                                          \
   extern "C" const char* __ubsan_default_options() { return "halt_on_error=1:print_stacktrace=1"; }
+
+// The entry point of a target: a fresh State per input and at most 128 steps, each decoded by
+// step(Input&, State&) from the bytes that are left.
+#define KRGEL_FUZZ_STEPS(State, step)                                                        \
+  extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {        \
+    fuzz::Input in(data, size);                                                               \
+    State state;                                                                              \
+    for (int steps = 0; in.more() && steps < 128; ++steps) step(in, state);                   \
+    return 0;                                                                                 \
+  }

@@ -142,9 +142,4 @@ void step(fuzz::Input& in, State& s) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::Input in(data, size);
-  State state;
-  for (int steps = 0; in.more() && steps < 128; ++steps) step(in, state);
-  return 0;
-}
+KRGEL_FUZZ_STEPS(State, step)

@@ -10,26 +10,19 @@
 namespace testkit {
 
 struct Record {
-  unsigned processId = 0;
-  unsigned threadId = 0;
-  unsigned line = 0;
-  unsigned kind = 0;
-  unsigned code = 0;
-  unsigned magic = 0;
+  unsigned processId = 0, threadId = 0, line = 0, kind = 0, code = 0, magic = 0;
   std::string message;  // UTF-8
   std::string source;
   std::string executable;
 };
 
-// Reads everything the library has sent so far (records and plain debug-output lines).
+// Reads the records the library has sent (plain debug-output lines are dropped).
 class MonitorCapture {
 public:
   // Discards what is queued.
-  static void clear();
+  static void clear() { drain(); }
   // Records received since the last clear()/drain(), in arrival order.
   static std::vector<Record> drain();
-  // Plain-text datagrams (attach/detach lines) received so far, including those before main().
-  static std::vector<std::string> debugLines();
   // Starts the thread that empties the monitor socket as records arrive (called by main()).
   static void startReader();
   // True when this process runs under the test monitor with assertions on.
@@ -42,17 +35,17 @@ std::string assertionText(const std::string& expression, const std::string& sour
 // Count of records whose message equals `message`.
 int countMessage(const std::vector<Record>& records, const std::string& message);
 
-// The running process as a record names it: process id, the calling thread's id, and the file
-// name of the executable.
-unsigned currentProcessId();
-unsigned currentThreadId();
-std::string executableName();
-
 // Re-executes the test program under the monitor (beside a copy of the library and an lw.ini
 // holding `settings`); called first thing by the test main(). Returns, and the caller simply goes
 // on, when the program is already monitored, only lists its tests, or the set-up failed.
 void enterMonitoredProcess(int argc, char** argv, const char* settings);
 // Ends the monitored run (called last by the test main): the private directory is removed.
 void leaveMonitoredProcess();
+
+// The running process as a record names it: its id, the calling thread's id, the executable's
+// file name.
+unsigned currentProcessId();
+unsigned currentThreadId();
+std::string executableName();
 
 }  // namespace testkit

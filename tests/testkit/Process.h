@@ -2,17 +2,17 @@
 // "lw.ini", a monitor socket bound by the test, and child programs driven through pipes.
 #pragma once
 
-#include "testkit/MonitorCapture.h"
-
 #include <sys/types.h>
 
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "testkit/MonitorCapture.h"
+
 namespace testkit {
 
-// A private directory (mode 0755, so another user can be let in) removed with its contents.
+// A private directory (mode 0755, so another user can be let in), removed with its contents.
 class ScratchDir {
 public:
   ScratchDir();
@@ -24,22 +24,21 @@ public:
   const std::string& path() const { return m_path; }
   std::string file(const std::string& name) const { return m_path + "/" + name; }
   bool write(const std::string& name, const std::string& content) const;
-  // Copies the library this test program loaded (under its loaded file name) into the directory.
+  // Copies the library this program loaded, or a program (answering its new path, empty on failure).
   bool copyLibrary() const;
-  // Copies a program into the directory; answers its new path (empty on failure).
   std::string copyProgram(const std::string& program) const;
 
 private:
   std::string m_path;
 };
 
-bool copyFile(const std::string& from, const std::string& to, unsigned mode);
+bool copyFile(const std::string& from, const std::string& to);
 
 // A monitor endpoint bound by the test itself.
 class TestMonitor {
 public:
   explicit TestMonitor(const std::string& path);
-  ~TestMonitor();
+  ~TestMonitor() { close(); }
   TestMonitor(const TestMonitor&) = delete;
   TestMonitor& operator=(const TestMonitor&) = delete;
 
@@ -48,15 +47,13 @@ public:
   void close();
   // Datagrams received within `timeoutMs` (waits for the first, then takes what is queued).
   std::vector<std::string> receive(int timeoutMs);
-  // Waits until `count` datagrams have arrived or `timeoutMs` passed.
-  std::vector<std::string> receiveAtLeast(std::size_t count, int timeoutMs);
 
 private:
   std::string m_path;
   int m_fd = -1;
 };
 
-// Decodes a record datagram; false for plain text or a malformed datagram.
+// Record datagrams decoded (plain text and malformed ones skipped), and the plain-text ones.
 bool parseRecord(const std::string& datagram, Record& record);
 std::vector<Record> recordsOf(const std::vector<std::string>& datagrams);
 std::vector<std::string> textsOf(const std::vector<std::string>& datagrams);
@@ -75,11 +72,9 @@ public:
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  bool started() const { return m_pid > 0; }
   pid_t pid() const { return m_pid; }
   // Sends one command line and answers the child's next output line ("<no answer>" on timeout).
   std::string call(const std::string& command, int timeoutMs = 10000);
-  bool readLine(std::string& line, int timeoutMs);
   // Everything the child writes until it closes its output.
   std::string readAll(int timeoutMs);
   void closeInput();
@@ -88,17 +83,16 @@ public:
   int wait(int timeoutMs);
 
 private:
+  bool readLine(std::string& line, int timeoutMs);
+
   pid_t m_pid = -1;
   int m_in = -1;
   int m_out = -1;
   std::string m_buffer;
-  bool m_reaped = false;
   int m_status = -1;
 };
 
-// A library environment for one child: LD_LIBRARY_PATH at the scratch directory and the
-// monitor endpoint at `monitorPath`.
-std::vector<std::pair<std::string, std::string>> libraryEnvironment(const ScratchDir& dir,
-                                                                     const std::string& monitorPath);
+// The environment of a host beside the library copy in `dir` with its monitor at `monitorPath`.
+std::vector<std::pair<std::string, std::string>> libraryEnvironment(const ScratchDir& dir, const std::string& monitorPath);
 
 }  // namespace testkit

@@ -1,19 +1,12 @@
 // Test main: every test program runs under a real monitor, with a real "lw.ini" beside a copy
 // of the library that turns assertions on.
-#include "testkit/MonitorCapture.h"
-
 #include <gtest/gtest.h>
+
+#include "testkit/MonitorCapture.h"
 
 // Under AddressSanitizer an allocation that cannot be served must answer null, as the heap does
 // in production, so the containers' out-of-memory paths can be tested however the program is run.
 #if defined(__SANITIZE_ADDRESS__)
-#define KRGEL_TEST_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KRGEL_TEST_ASAN 1
-#endif
-#endif
-#if defined(KRGEL_TEST_ASAN)
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 #endif
 

@@ -166,21 +166,7 @@ MonitorPause::~MonitorPause() {
   if (--c.pauses == 0 && monitored()) c.start();
 }
 
-void MonitorCapture::clear() { takeRecords(currentProcessId()); }
 std::vector<Record> MonitorCapture::drain() { return recordsOnly(takeRecords(currentProcessId())); }
-
-std::vector<std::string> MonitorCapture::debugLines() {
-  Capture& c = capture();
-  {
-    std::lock_guard<std::mutex> guard(c.runLock);
-    if (c.debugOutput) c.debugOutput->sync();
-  }
-  std::lock_guard<std::mutex> guard(c.inboxLock);
-  std::vector<std::string> lines;
-  for (const auto& text : c.texts)
-    if (text.first == currentProcessId()) lines.push_back(text.second);
-  return lines;
-}
 
 // Opens this process's window and takes over from the first process.
 void MonitorCapture::startReader() {
