@@ -63,7 +63,7 @@ void step(fuzz::Input& in, State& s) {
     }
     case 6: {
       const double u = in.real();
-      const int count = in.integer();
+      const int count = in.order();
       fuzz::mayRunOutOfMemory([&] { keep(curve.evalPoint(u, count, derivs)); });
       break;
     }
@@ -75,7 +75,7 @@ void step(fuzz::Input& in, State& s) {
     }
     case 8: {
       const double from = in.real(), to = in.real(), eps = in.real();
-      const int count = in.integer();
+      const int count = in.order();
       fuzz::mayRunOutOfMemory([&] { curve.getSamplePoints(from, to, eps, points, params); });
       fuzz::mayRunOutOfMemory([&] { curve.getSamplePoints(count, points); });
       break;
@@ -106,9 +106,4 @@ void step(fuzz::Input& in, State& s) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::Input in(data, size);
-  State state;
-  for (int steps = 0; in.more() && steps < 128; ++steps) step(in, state);
-  return 0;
-}
+KRGEL_FUZZ_STEPS(State, step)
