@@ -37,6 +37,7 @@ list(APPEND KRGEL_SOURCES
   entity/relation/KrCurveRelation.cpp
   entity/relation/generic_pair.cpp
   entity/relation/generic_intersect.cpp
+  entity/relation/composite_any.cpp
   entity/relation/arc_ellipse.cpp
   entity/relation/ellipse_ellipse.cpp
   entity/relation/ellipse_pairs.cpp
@@ -61,6 +62,13 @@ list(APPEND KRGEL_SOURCES
   entity/spline/KrGeNurbCurve3dImpl_curve.cpp
   entity/spline/KrGeNurbCurve3dImpl_query.cpp
   entity/spline/KrGeNurbCurve3d.cpp
+  entity/composite/composite_chain.cpp
+  entity/composite/composite_offset.cpp
+  entity/composite/KrCompositeCurve3dImpl.cpp
+  entity/composite/KrCompositeCurve3dImpl_param.cpp
+  entity/composite/KrCompositeCurve3dImpl_query.cpp
+  entity/composite/KrCompositeCurve3dImpl_stubs.cpp
+  entity/composite/KrGeCompositeCurve3d.cpp
   entity/bound/KrBlock3d.cpp
   entity/bound/KrBoundBlock3dImpl.cpp
   entity/bound/KrGeBoundBlock3d.cpp

@@ -1,10 +1,12 @@
 // A short geometry session as a host would run it: segments and lines, where they meet and how
 // close they come, a plane cutting through a small solid, and circles: through three points, as
-// a fillet, cutting a line, passing each other in space, and read back from an intersection.
+// a fillet, cutting a line, passing each other in space, and read back from an intersection;
+// ellipses; and a slot outline held as one composite curve.
 #include <cstdio>
 
 #include "KrGeBoundBlock3d.h"
 #include "KrGeCircArc3d.h"
+#include "KrGeCompositeCurve3d.h"
 #include "KrGeCurveCurveInt3d.h"
 #include "KrGeEllipArc3d.h"
 #include "KrGeLine3d.h"
@@ -209,6 +211,50 @@ void nurbsQuarterCircle() {
   print("distance, 2 / sqrt 2 - 1 expected", quarter.distanceTo(chord));
 }
 
+// A slot 10 long and 4 wide (two straight sides, two half circles of radius 2), handed over as one
+// contour that owns its four pieces: its length, the point 12 units along it, its box, and the
+// nearest point of the outline to a point outside.
+void slotOutline() {
+  std::printf("\nA slot outline as one composite curve\n");
+  const double pi = 3.141592653589793;
+  const KrGeVector3d up(0, 0, 1), right(1, 0, 0);
+  KrsArray<void*> pieces;
+  pieces.Add(new KrGeLineSeg3d(KrGePoint3d(0, -2, 0), KrGePoint3d(10, -2, 0)));
+  pieces.Add(new KrGeCircArc3d(KrGePoint3d(10, 0, 0), up, right, 2.0, -pi / 2, pi / 2));
+  pieces.Add(new KrGeLineSeg3d(KrGePoint3d(10, 2, 0), KrGePoint3d(0, 2, 0)));
+  pieces.Add(new KrGeCircArc3d(KrGePoint3d(0, 0, 0), up, right, 2.0, pi / 2, 3 * pi / 2));
+  KrsArray<int> owned;
+  for (int i = 0; i < pieces.GetCount(); ++i) owned.Add(1);
+  const KrGeCompositeCurve3d slot(pieces, owned);
+  KrGeInterval range;
+  slot.getInterval(range);
+  print("length (20 + 4 pi)", slot.length(range.lowerBound(), range.upperBound()));
+  print("closed?", slot.isClosed() ? 1.0 : 0.0);
+  print("point 12 units along the outline", slot.evalPoint(12.0));
+  int piece = 0;
+  const double own = slot.globalToLocalParam(12.0, piece);
+  print("  on piece", piece);
+  print("  at its own parameter (radians)", own);
+  KrGePoint3d low, high;
+  slot.orthoBoundBlock().getMinMaxPoints(low, high);
+  print("bounding box from", low);
+  print("             to", high);
+  const KrGePoint3d outside(13, 3, 0);
+  print("nearest outline point to (13, 3, 0)", slot.closestPointTo(outside));
+  print("at the distance", slot.distanceTo(outside));
+  // A tool of radius 0.5 running outside the slot: the outline moved out by 0.5 (the slot runs
+  // counter-clockwise, so positive distances go to its right, outside).
+  KrsArray<void*> path;
+  slot.getTrimmedOffset(0.5, KrGeVector3d(0, 0, 1), path, KrGe::kFillet);
+  KrsArray<int> ownedPath;
+  for (int i = 0; i < path.GetCount(); ++i) ownedPath.Add(1);
+  const KrGeCompositeCurve3d toolPath(path, ownedPath);
+  KrGeInterval pathRange;
+  toolPath.getInterval(pathRange);
+  print("tool path pieces", path.GetCount());
+  print("tool path length (20 + 5 pi)", pathRange.upperBound());
+}
+
 }  // namespace
 
 void runGeometrySession() {
@@ -218,4 +264,5 @@ void runGeometrySession() {
   circles();
   ellipses();
   nurbsQuarterCircle();
+  slotOutline();
 }

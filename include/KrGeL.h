@@ -32,6 +32,7 @@
 #include "KrGeEllipArc3d.h"
 #include "KrGeSplineEnt3d.h"
 #include "KrGeNurbCurve3d.h"
+#include "KrGeCompositeCurve3d.h"
 #include "KrGeBoundBlock3d.h"
 #include "KrGePlanarEnt.h"
 #include "KrGePlane.h"

@@ -5,4 +5,5 @@ list(APPEND KRGEL_BENCH_SOURCES
   entity/relation_bench.cpp
   entity/ellipse_bench.cpp
   entity/nurbs_bench.cpp
+  entity/composite_bench.cpp
 )

@@ -7,6 +7,7 @@
 #include "entity/curve/KrGeCurve3dImpl.h"
 #include "entity/relation/arc_arc.h"
 #include "entity/relation/arc_ellipse.h"
+#include "entity/relation/composite_any.h"
 #include "entity/relation/ellipse_ellipse.h"
 #include "entity/relation/generic_pair.h"
 #include "entity/relation/line_arc.h"
@@ -24,6 +25,8 @@ KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
       return KrCurveKind::kEllipArc;
     case KrGe::kNurbCurve3d:
       return KrCurveKind::kNurbs;
+    case KrGe::kCompositeCrv3d:
+      return KrCurveKind::kComposite;
     default:
       return KrCurveKind::kOther;
   }
@@ -63,6 +66,11 @@ constexpr Entry kTable[] = {
 const KrCurveRelationRow* find(const KrGeCurve3dImpl& first, const KrGeCurve3dImpl& second, bool& swapped) {
   const KrCurveKind a = krCurveKindOf(first);
   const KrCurveKind b = krCurveKindOf(second);
+  // A composite meets every kind through its segments.
+  if (a == KrCurveKind::kComposite || b == KrCurveKind::kComposite) {
+    swapped = a != KrCurveKind::kComposite;
+    return &kCompositeAnyRow;
+  }
   for (const Entry& entry : kTable) {
     if (entry.first == a && entry.second == b) {
       swapped = false;

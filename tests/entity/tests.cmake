@@ -18,6 +18,9 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/KrGeNurbCurve3d_test.cpp
   entity/NurbsRelations_test.cpp
   entity/NurbsDiagnostics_test.cpp
+  entity/KrGeCompositeCurve3d_test.cpp
+  entity/CompositeOwnership_test.cpp
+  entity/CompositeDiagnostics_test.cpp
   # The conic solvers are hidden inside the library; the program compiles them to test them
   # directly (methodDecart, which they call, is exported).
   ${PROJECT_SOURCE_DIR}/entity/ellipse/ellipse_closest.cpp
@@ -31,3 +34,4 @@ list(APPEND KRGEL_TEST_SOURCES
 set_source_files_properties(entity/KrEnt3dImpl_test.cpp entity/NurbsRelations_test.cpp
                             ${PROJECT_SOURCE_DIR}/entity/relation/generic_intersect.cpp
                             PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
+set_source_files_properties(entity/CompositeOwnership_test.cpp PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
