@@ -35,6 +35,8 @@ list(APPEND KRGEL_SOURCES
   entity/ellipse/KrEllipticArc3dImpl_relations.cpp
   entity/ellipse/KrGeEllipArc3d.cpp
   entity/relation/KrCurveRelation.cpp
+  entity/relation/generic_pair.cpp
+  entity/relation/generic_intersect.cpp
   entity/relation/composite_any.cpp
   entity/relation/arc_ellipse.cpp
   entity/relation/ellipse_ellipse.cpp
@@ -51,6 +53,15 @@ list(APPEND KRGEL_SOURCES
   entity/relation/arc_arc_descent.cpp
   entity/relation/arc_arc.cpp
   entity/relation/arc_arc_intersect.cpp
+  entity/spline/nurbs_form.cpp
+  entity/spline/nurbs_closest.cpp
+  entity/spline/nurbs_measure.cpp
+  entity/spline/spline_neutral.cpp
+  entity/spline/KrGeSplineEnt3d.cpp
+  entity/spline/KrGeNurbCurve3dImpl.cpp
+  entity/spline/KrGeNurbCurve3dImpl_curve.cpp
+  entity/spline/KrGeNurbCurve3dImpl_query.cpp
+  entity/spline/KrGeNurbCurve3d.cpp
   entity/composite/composite_chain.cpp
   entity/composite/composite_offset.cpp
   entity/composite/KrCompositeCurve3dImpl.cpp

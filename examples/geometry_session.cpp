@@ -11,6 +11,7 @@
 #include "KrGeEllipArc3d.h"
 #include "KrGeLine3d.h"
 #include "KrGeLineSeg3d.h"
+#include "KrGeNurbCurve3d.h"
 #include "KrGePlane.h"
 #include "KrGePointOnCurve3d.h"
 
@@ -172,6 +173,44 @@ void ellipses() {
   for (int i = 0; i < meeting.numIntPoints(); ++i) print("  at", meeting.intPoint(i));
 }
 
+// The quarter of the unit circle as a rational quadratic NURBS curve (corner weight 1/sqrt 2):
+// its points stay on the circle, its length is pi / 2, and it keeps its distance to a segment.
+void nurbsQuarterCircle() {
+  std::printf("\nA NURBS quarter circle\n");
+  const double knots[] = {0, 0, 0, 1, 1, 1};
+  KrsArray<KrGePoint3d> points;
+  points.Add(KrGePoint3d(1, 0, 0));
+  points.Add(KrGePoint3d(1, 1, 0));
+  points.Add(KrGePoint3d(0, 1, 0));
+  KrsArray<double> weights;
+  weights.Add(1.0);
+  weights.Add(0.7071067811865476);
+  weights.Add(1.0);
+  const KrGeNurbCurve3d quarter(2, KrGeKnotVector(6, knots), points, weights);
+  print("point at parameter 0.5", quarter.evalPoint(0.5));
+  KrsArray<KrGeVector3d> derivatives;
+  quarter.evalPoint(0.5, 1, derivatives);
+  print("tangent there", derivatives[0]);
+  KrsArray<KrGePoint3d> samples;
+  KrsArray<double> params;
+  quarter.getSamplePoints(0, 1, 1e-3, samples, params);
+  double worst = 0.0;
+  for (int i = 0; i < samples.GetSize(); ++i) {
+    const double off = samples[i].asVector().length() - 1.0;
+    worst = off > worst ? off : (-off > worst ? -off : worst);
+  }
+  print("samples within 1e-3 of the chords", samples.GetSize());
+  print("farthest sample from the unit circle", worst);
+  const double length = quarter.length(0, 1, 1e-14);
+  print("length", length);
+  print("length - pi / 2", length - 1.5707963267948966);
+  print("parameter halfway along", quarter.paramAtLength(0, length / 2, true, 1e-14));
+  const KrGeLineSeg3d chord(KrGePoint3d(2, 0, 0), KrGePoint3d(0, 2, 0));
+  KrGePoint3d onChord;
+  print("nearest point to the segment (2,0)-(0,2)", quarter.closestPointTo(chord, onChord));
+  print("distance, 2 / sqrt 2 - 1 expected", quarter.distanceTo(chord));
+}
+
 // A slot 10 long and 4 wide (two straight sides, two half circles of radius 2), handed over as one
 // contour that owns its four pieces: its length, the point 12 units along it, its box, and the
 // nearest point of the outline to a point outside.
@@ -224,5 +263,6 @@ void runGeometrySession() {
   planeCut();
   circles();
   ellipses();
+  nurbsQuarterCircle();
   slotOutline();
 }

@@ -30,6 +30,8 @@
 #include "KrGeLineSeg3d.h"
 #include "KrGeCircArc3d.h"
 #include "KrGeEllipArc3d.h"
+#include "KrGeSplineEnt3d.h"
+#include "KrGeNurbCurve3d.h"
 #include "KrGeCompositeCurve3d.h"
 #include "KrGeBoundBlock3d.h"
 #include "KrGePlanarEnt.h"

@@ -4,5 +4,6 @@ list(APPEND KRGEL_BENCH_SOURCES
   entity/plane_bench.cpp
   entity/relation_bench.cpp
   entity/ellipse_bench.cpp
+  entity/nurbs_bench.cpp
   entity/composite_bench.cpp
 )

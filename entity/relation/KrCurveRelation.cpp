@@ -9,6 +9,7 @@
 #include "entity/relation/arc_ellipse.h"
 #include "entity/relation/composite_any.h"
 #include "entity/relation/ellipse_ellipse.h"
+#include "entity/relation/generic_pair.h"
 #include "entity/relation/line_arc.h"
 #include "entity/relation/line_ellipse.h"
 #include "entity/relation/line_line.h"
@@ -22,6 +23,8 @@ KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve) {
       return KrCurveKind::kCircArc;
     case KrGe::kEllipArc3d:
       return KrCurveKind::kEllipArc;
+    case KrGe::kNurbCurve3d:
+      return KrCurveKind::kNurbs;
     case KrGe::kCompositeCrv3d:
       return KrCurveKind::kComposite;
     default:
@@ -52,6 +55,11 @@ constexpr Entry kTable[] = {
      {closestArcEllipse, projClosestArcEllipse, localClosestArcEllipse, intersectArcEllipse}},
     {KrCurveKind::kEllipArc, KrCurveKind::kEllipArc,
      {closestEllipseEllipse, projClosestEllipseEllipse, localClosestEllipseEllipse, intersectEllipseEllipse}},
+    // Kinds without closed forms: the generic subdivision solver (generic_pair.h).
+    {KrCurveKind::kLinear, KrCurveKind::kNurbs, {closestGeneric, projClosestGeneric, localClosestGeneric, intersectGeneric}},
+    {KrCurveKind::kCircArc, KrCurveKind::kNurbs, {closestGeneric, projClosestGeneric, localClosestGeneric, intersectGeneric}},
+    {KrCurveKind::kEllipArc, KrCurveKind::kNurbs, {closestGeneric, projClosestGeneric, localClosestGeneric, intersectGeneric}},
+    {KrCurveKind::kNurbs, KrCurveKind::kNurbs, {closestGeneric, projClosestGeneric, localClosestGeneric, intersectGeneric}},
 };
 
 // The row of each ordered pair of kinds, worked out once from kTable: a direct lookup instead of

@@ -15,8 +15,8 @@
 
 class KrGeCurve3dImpl;
 
-enum class KrCurveKind : unsigned char { kLinear, kCircArc, kEllipArc, kComposite, kOther };
-constexpr int kKrCurveKindCount = 5;
+enum class KrCurveKind : unsigned char { kLinear, kCircArc, kEllipArc, kNurbs, kComposite, kOther };
+constexpr int kKrCurveKindCount = 6;
 
 KrCurveKind krCurveKindOf(const KrGeCurve3dImpl& curve);
 

@@ -15,6 +15,9 @@ list(APPEND KRGEL_TEST_SOURCES
   entity/ArcRelations_test.cpp
   entity/KrGeEllipArc3d_test.cpp
   entity/EllipseRelations_test.cpp
+  entity/KrGeNurbCurve3d_test.cpp
+  entity/NurbsRelations_test.cpp
+  entity/NurbsDiagnostics_test.cpp
   entity/KrGeCompositeCurve3d_test.cpp
   entity/CompositeOwnership_test.cpp
   entity/CompositeDiagnostics_test.cpp
@@ -22,8 +25,13 @@ list(APPEND KRGEL_TEST_SOURCES
   # directly (methodDecart, which they call, is exported).
   ${PROJECT_SOURCE_DIR}/entity/ellipse/ellipse_closest.cpp
   ${PROJECT_SOURCE_DIR}/entity/ellipse/ellipse_intersect.cpp
+  # The generic pair solver is driven directly for its intersection points.
+  ${PROJECT_SOURCE_DIR}/entity/relation/generic_intersect.cpp
+  ${PROJECT_SOURCE_DIR}/entity/spline/nurbs_form.cpp
 )
 # This test reaches the library's hidden implementation root, whose type information stays
 # inside the library: the sanitizer's dynamic-type check cannot see it there.
-set_source_files_properties(entity/KrEnt3dImpl_test.cpp PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
+set_source_files_properties(entity/KrEnt3dImpl_test.cpp entity/NurbsRelations_test.cpp
+                            ${PROJECT_SOURCE_DIR}/entity/relation/generic_intersect.cpp
+                            PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
 set_source_files_properties(entity/CompositeOwnership_test.cpp PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)
