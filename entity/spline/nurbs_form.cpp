@@ -144,7 +144,7 @@ inline void firstT(const KrNurbsForm& form, int s, double u, KrGeVector3d* out) 
 template <int P>
 inline void secondT(const KrNurbsForm& form, int s, double u, KrGeVector3d* out) {
   const double* k = form.knots.data();
-  double left[P + 1], right[P + 1], N[P + 1], row1[P + 1], row2[P + 1];
+  double left[P + 1], right[P + 1], N[P + 1], row1[P + 1] = {}, row2[P + 1] = {};
   N[0] = 1.0;
   for (int j = 1; j <= P; ++j) {
     if (j == P - 1)
